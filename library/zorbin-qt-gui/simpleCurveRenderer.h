@@ -43,10 +43,10 @@ public:
     void chart(QWidget* widget) override;
     /// Always 1000.
     unsigned segmentSize() const override;
-    void segmentCreated(unsigned first, unsigned last, unsigned id) override;  ///< does nothing
-    void segmentRemoved(unsigned first, unsigned last, unsigned id) override;  ///< does nothing
-    void updateIncomingList(unsigned first, unsigned last) override;           ///< does nothing
-    void updateOutgoingList(unsigned first, unsigned last) override;           ///< does nothing
+    void segmentCreated(unsigned first, unsigned last, unsigned id) override; ///< does nothing
+    void segmentRemoved(unsigned first, unsigned last, unsigned id) override; ///< does nothing
+    void updateIncomingList(unsigned first, unsigned last) override;          ///< does nothing
+    void updateOutgoingList(unsigned first, unsigned last) override;          ///< does nothing
     /// Repaints the columns touched; nothing while the curve is in no chart.
     void pointsAdded(unsigned count, double fromTime, double toTime) override;
     /// Repaints the columns touched; nothing while the curve is in no chart.

@@ -1,7 +1,6 @@
 #pragma once
 #include "zorbinQtGuiExport.h"
 
-#include <QRect>
 #include <QWidget>
 
 namespace zorbin_qt_gui {
@@ -44,13 +43,17 @@ protected:
 
 private:
     void publishPointerPos();
-    void requestRepaint(const QRect& rect);
+    void requestRepaint(int left, int right);
+    void forgetRequests();
 
     simpleStripChartImpl_t* const m_impl; // the creating implementation, which owns this
     qint32 m_scroll = 0;                  // pixels to shift at the next time bounds
     double m_lastPointerX = 0.0;          // widget pixels
     double m_lastPointerY = 0.0;
     bool m_pointerInView = false;
-    QRect m_requested; // what is sure to be repainted already; null when nothing is
+    // Columns [left, right) that are sure to be repainted already; empty when none are.
+    int m_requestedLeft = 0;
+    int m_requestedRight = 0;
+    bool m_forgetPosted = false; // whether an event is on its way that empties them
 };
 } // namespace zorbin_qt_gui

@@ -24,8 +24,8 @@ class stripChartImpl_t;
 class ZORBIN_QT_GUI_EXPORT stripChart_t : public QWidget
 {
     Q_OBJECT
-    Q_PROPERTY(bool autoscaleValue READ autoscaleValue WRITE autoscaleValue NOTIFY
-                   valueAutoscaleChanged)
+    Q_PROPERTY(
+        bool autoscaleValue READ autoscaleValue WRITE autoscaleValue NOTIFY valueAutoscaleChanged)
 
 public:
     /// Makes an empty chart showing the time -15 s to 0 s and the values -1 to 1, autoscaling, on

@@ -99,18 +99,18 @@ public:
     void recalculateBounds();
 
 Q_SIGNALS:
-    void mousePos(double x_, double y_);                ///< see stripChart_t::mousePos()
-    void colorChanged();                                ///< the canvas colour differs now
-    void timeBoundsChanged(double min_, double max_);   ///< the time window moved
-    void valueBoundsChanged(double min_, double max_);  ///< the value window moved
-    void valueAutoscaleChanged(bool enabled_);          ///< autoscale was switched
+    void mousePos(double x_, double y_);               ///< see stripChart_t::mousePos()
+    void colorChanged();                               ///< the canvas colour differs now
+    void timeBoundsChanged(double min_, double max_);  ///< the time window moved
+    void valueBoundsChanged(double min_, double max_); ///< the value window moved
+    void valueAutoscaleChanged(bool enabled_);         ///< autoscale was switched
 
 public Q_SLOTS:
     /// Forgets the sending curve, which is being destroyed.
     void cleanupCurve();
 
 private:
-    struct settled_t;
+    void autoscale();
 
     std::set<stripChartCurve_t*> m_curves;
     QColor m_color;
@@ -127,5 +127,11 @@ private:
     double m_valueMin = -1.0;
     double m_valueMax = 1.0;
     double m_minRange = 2.0;
+
+    // While set, autoscaling data from m_settledLow to m_settledHigh changes nothing: the last
+    // time it did not, and no other setting that it looks at was touched since.
+    bool m_isSettled = false;
+    double m_settledLow = 0.0;
+    double m_settledHigh = 0.0;
 };
 } // namespace zorbin_qt_gui

@@ -1,0 +1,56 @@
+#include "simpleStripChartImpl.h"
+
+#include "simpleStripChartWidget.h"
+
+#include <cmath>
+
+namespace zorbin_qt_gui {
+
+simpleStripChartImpl_t::simpleStripChartImpl_t(QWidget* parent)
+    : stripChartImpl_t(parent), m_widget(new simpleStripChartWidget_t(this))
+{
+    connect(m_widget, &simpleStripChartWidget_t::mousePos, this, &stripChartImpl_t::mousePos);
+}
+
+simpleStripChartImpl_t::~simpleStripChartImpl_t()
+{
+    delete m_widget;
+}
+
+QWidget* simpleStripChartImpl_t::widget()
+{
+    return m_widget;
+}
+
+void simpleStripChartImpl_t::scrollTime(double t)
+{
+    if (!std::isfinite(t))
+        return;
+    const double timeMin = minTimeBound();
+    const double timeMax = maxTimeBound();
+    const double span = timeMax - timeMin;
+    if (t < timeMin || t > timeMax + span) {
+        timeBounds(t - span, t);
+        return;
+    }
+
+    // The first whole-pixel position at or after t; from the right edge it is at most one window
+    // away.
+    const int width = m_widget->width();
+    int pixels = width;
+    double newMax = timeMin + pixels / xScaleFactor();
+    while (t > newMax) {
+        ++pixels;
+        newMax = timeMin + pixels / xScaleFactor();
+    }
+    // Where the edge stays and only its computation is rounded otherwise, new bounds would
+    // repaint the whole widget at every call.
+    constexpr double roundingPixels = 1e-6;
+    if (pixels == width && std::abs(newMax - timeMax) * xScaleFactor() < roundingPixels)
+        return;
+    m_widget->timeScroll(width - pixels);
+    timeBounds(newMax - span, newMax);
+    m_widget->timeScroll(0); // not for later bounds, should these have been the same
+}
+
+} // namespace zorbin_qt_gui

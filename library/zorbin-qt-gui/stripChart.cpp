@@ -1,0 +1,110 @@
+#include "stripChart.h"
+
+#include "stripChartImpl.h"
+
+#include <QVBoxLayout>
+
+namespace zorbin_qt_gui {
+
+stripChart_t::stripChart_t(QWidget* parent)
+    : QWidget(parent), m_d(stripChartImpl_t::createChartImpl(this))
+{
+    connect(m_d, &stripChartImpl_t::timeBoundsChanged, this, &stripChart_t::timeBoundsChanged);
+    connect(m_d, &stripChartImpl_t::valueBoundsChanged, this, &stripChart_t::valueBoundsChanged);
+    connect(m_d, &stripChartImpl_t::valueAutoscaleChanged, this,
+            &stripChart_t::valueAutoscaleChanged);
+    connect(m_d, &stripChartImpl_t::mousePos, this, &stripChart_t::mousePos);
+    m_d->canvasColor(palette().color(QPalette::Window));
+
+    auto* const layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(m_d->widget(), 0);
+}
+
+stripChart_t::~stripChart_t()
+{
+    delete m_d;
+}
+
+// The implementation asks for no repaint when its curves or its colour change; a user expects to
+// see what was done at once.
+
+bool stripChart_t::addCurve(stripChartCurve_t* curve)
+{
+    const bool isAdded = m_d->addCurve(curve);
+    if (isAdded)
+        m_d->widget()->update();
+    return isAdded;
+}
+
+bool stripChart_t::removeCurve(stripChartCurve_t* curve)
+{
+    const bool isRemoved = m_d->removeCurve(curve);
+    if (isRemoved)
+        m_d->widget()->update();
+    return isRemoved;
+}
+
+bool stripChart_t::autoscaleValue() const
+{
+    return m_d->valueRescaleMode() == stripChartImpl_t::RESCALE_AUTO;
+}
+
+double stripChart_t::minTimeBound() const
+{
+    return m_d->minTimeBound();
+}
+
+double stripChart_t::maxTimeBound() const
+{
+    return m_d->maxTimeBound();
+}
+
+double stripChart_t::minValueBound() const
+{
+    return m_d->minValueBound();
+}
+
+double stripChart_t::maxValueBound() const
+{
+    return m_d->maxValueBound();
+}
+
+QSize stripChart_t::minimumSizeHint() const
+{
+    return {50, 50};
+}
+
+void stripChart_t::scrollTime(double time_)
+{
+    m_d->scrollTime(time_);
+}
+
+void stripChart_t::timeBounds(double min_, double max_)
+{
+    m_d->timeBounds(min_, max_);
+}
+
+void stripChart_t::valueBounds(double min_, double max_)
+{
+    m_d->valueBounds(min_, max_);
+}
+
+void stripChart_t::minValueRange(double range_)
+{
+    m_d->minValueRange(range_);
+}
+
+void stripChart_t::autoscaleValue(bool enable_)
+{
+    m_d->valueRescaleMode(enable_ ? stripChartImpl_t::RESCALE_AUTO
+                                  : stripChartImpl_t::RESCALE_MANUAL);
+}
+
+void stripChart_t::setBackgroundColor(QColor color_)
+{
+    m_d->canvasColor(color_);
+    m_d->widget()->update();
+}
+
+} // namespace zorbin_qt_gui
