@@ -1,16 +1,18 @@
 #include "resourceDir.h"
 
 #include <QByteArray>
-#include <QFile>
-#include <QFileInfo>
+#include <filesystem>
+#include <system_error>
 
 namespace zorbin_qt {
 
 std::string resourceDir(const std::string& defaultDir)
 {
-    const QByteArray named = qgetenv("ZORBIN_QT_RESOURCE_DIR");
-    if (!named.isEmpty() && QFileInfo(QFile::decodeName(named)).isDir())
-        return named.toStdString();
+    // Not through QString, which can't hold every name that a file system can.
+    const std::string named = qgetenv("ZORBIN_QT_RESOURCE_DIR").toStdString();
+    std::error_code noSuchFile;
+    if (std::filesystem::is_directory(named, noSuchFile))
+        return named;
     return defaultDir;
 }
 
