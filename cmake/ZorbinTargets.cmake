@@ -13,26 +13,34 @@ function(zorbin_set_up_target target)
     endif()
 endfunction()
 
-# A shared library with its headers, installed and exported as NAME::NAME in a CMake package of
-# its own. HEADERS are installed under include/NAME.
+# A shared library with its headers, installed as the component NAME: a CMake package NAME with the
+# target NAME::NAME and a pkg-config file NAME.pc. HEADERS are installed under include/NAME.
+# PKG_CONFIG_REQUIRES and PKG_CONFIG_CFLAGS are what a program needs besides the library's own
+# directories to compile its headers.
 function(zorbin_add_library name)
-    cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "HEADERS;SOURCES")
+    cmake_parse_arguments(PARSE_ARGV 1 arg
+        "" "DESCRIPTION;PKG_CONFIG_REQUIRES;PKG_CONFIG_CFLAGS" "HEADERS;SOURCES")
     add_library(${name} SHARED ${arg_SOURCES} ${arg_HEADERS})
     add_library(${name}::${name} ALIAS ${name})
     zorbin_set_up_target(${name})
     set_target_properties(${name} PROPERTIES
         VERSION ${PROJECT_VERSION}
         SOVERSION ${PROJECT_VERSION_MAJOR})
+    if(NOT DEFINED CMAKE_INSTALL_RPATH)
+        # The installed libraries find each other wherever the tree is moved to.
+        set_target_properties(${name} PROPERTIES INSTALL_RPATH "$ORIGIN")
+    endif()
     target_include_directories(${name} PUBLIC
         "$<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/library>"
         "$<BUILD_INTERFACE:${CMAKE_CURRENT_SOURCE_DIR}>"
         "$<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>"
         "$<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}/${name}>")
-    install(TARGETS ${name} EXPORT ${name}Targets)
-    install(FILES ${arg_HEADERS} DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/${name})
+    install(TARGETS ${name} EXPORT ${name}Targets COMPONENT ${name})
+    install(FILES ${arg_HEADERS} DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/${name} COMPONENT ${name})
 
     set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/${name})
-    install(EXPORT ${name}Targets NAMESPACE ${name}:: DESTINATION ${package_dir})
+    install(EXPORT ${name}Targets
+        NAMESPACE ${name}:: DESTINATION ${package_dir} COMPONENT ${name})
     configure_package_config_file(
         ${PROJECT_SOURCE_DIR}/cmake/${name}Config.cmake.in ${name}Config.cmake
         INSTALL_DESTINATION ${package_dir})
@@ -40,7 +48,25 @@ function(zorbin_add_library name)
     install(FILES
         ${CMAKE_CURRENT_BINARY_DIR}/${name}Config.cmake
         ${CMAKE_CURRENT_BINARY_DIR}/${name}ConfigVersion.cmake
-        DESTINATION ${package_dir})
+        DESTINATION ${package_dir} COMPONENT ${name})
+
+    set(pc_dir ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+    if(IS_ABSOLUTE ${CMAKE_INSTALL_LIBDIR})
+        set(pc_prefix ${CMAKE_INSTALL_PREFIX})
+    else()
+        file(RELATIVE_PATH up /${pc_dir} /)
+        string(REGEX REPLACE "/$" "" up ${up})
+        set(pc_prefix "\${pcfiledir}/${up}")
+    endif()
+    foreach(kind libdir includedir)
+        string(TOUPPER ${kind} KIND)
+        set(pc_${kind} "\${prefix}")
+        cmake_path(APPEND pc_${kind} ${CMAKE_INSTALL_${KIND}}) # an absolute one replaces the prefix
+    endforeach()
+    set(pc_cflags -I\${includedir} -I\${includedir}/${name} ${arg_PKG_CONFIG_CFLAGS})
+    list(JOIN pc_cflags " " pc_cflags)
+    configure_file(${PROJECT_SOURCE_DIR}/cmake/pkgConfig.pc.in ${name}.pc @ONLY)
+    install(FILES ${CMAKE_CURRENT_BINARY_DIR}/${name}.pc DESTINATION ${pc_dir} COMPONENT ${name})
 endfunction()
 
 # A program of this project that isn't installed: test, example or benchmark.
@@ -50,10 +76,12 @@ function(zorbin_add_program name)
     set_target_properties(${name} PROPERTIES AUTOMOC ON)
 endfunction()
 
-# A QtTest program tests/NAME.cpp, run by ctest under Xvfb unless a display is there.
+# A QtTest program tests/NAME.cpp, which ctest runs on the display of the environment. Such tests
+# share pointer and keyboard focus, so one runs at a time.
 function(zorbin_add_test name)
     cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;LIBRARIES")
     zorbin_add_program(${name} ${name}.cpp ${arg_SOURCES})
     target_link_libraries(${name} PRIVATE zorbin-test-support ${arg_LIBRARIES})
     add_test(NAME ${name} COMMAND ${name})
+    set_tests_properties(${name} PROPERTIES RESOURCE_LOCK display)
 endfunction()
