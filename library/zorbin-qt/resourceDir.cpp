@@ -9,7 +9,7 @@ namespace zorbin_qt {
 std::string resourceDir(const std::string& defaultDir)
 {
     // Not through QString, which can't hold every name that a file system can.
-    const std::string named = qgetenv("ZORBIN_QT_RESOURCE_DIR").toStdString();
+    std::string named = qgetenv("ZORBIN_QT_RESOURCE_DIR").toStdString();
     std::error_code noSuchFile;
     if (std::filesystem::is_directory(named, noSuchFile))
         return named;
