@@ -49,11 +49,14 @@ int yOf(const context_t& context, double value)
 struct column_t
 {
     int x = 0;
-    bool isBar = false; // more than one point: a bar from min to max
+    quint64 begin = 0;  // number of the first point
+    quint64 count = 0;  // points
     double first = 0.0; // values
     double last = 0.0;
-    double min = 0.0;
+    double min = 0.0; // only of bars
     double max = 0.0;
+
+    bool isBar() const { return count > 1; }
 };
 
 // Lines that are drawn in the same way: those ending at the points [first, last). With columns
@@ -72,6 +75,7 @@ struct piece_t
 struct shortcuts_t
 {
     bool bars = false;       // upright bars
+    int scale = 1;           // device pixels per pixel of the chart
     bool footprints = false; // learnt lines, and leaving out covered ones
     QRect clip;              // in the painter's coordinates, for footprints
 };
@@ -95,13 +99,13 @@ shortcuts_t shortcutsFor(const context_t& context)
     const auto isWhole = [](qreal x) { return x == std::floor(x) && std::abs(x) < farOut; };
     const QTransform& transform = painter.deviceTransform();
     if (transform.type() > QTransform::TxScale || !isWhole(transform.dx()) ||
-        !isWhole(transform.dy()) || !isWhole(transform.m11()) || !isWhole(transform.m22()) ||
-        transform.m11() < 1.0 || transform.m22() < 1.0 || transform.m11() > largestScale ||
-        transform.m22() > largestScale)
+        !isWhole(transform.dy()) || !isWhole(transform.m11()) || transform.m11() < 1.0 ||
+        transform.m11() > largestScale || transform.m22() != transform.m11())
         return result;
     result.bars = true;
+    result.scale = static_cast<int>(transform.m11());
 
-    if (transform.type() <= QTransform::TxTranslate) {
+    if (result.scale == 1) {
         const QPaintDevice* const device = engine->paintDevice();
         QRect clip(0, 0, device->width(), device->height());
         if (!engine->systemClip().isEmpty())
@@ -109,6 +113,8 @@ shortcuts_t shortcutsFor(const context_t& context)
         result.footprints = true;
         result.clip =
             clip.translated(-static_cast<int>(transform.dx()), -static_cast<int>(transform.dy()));
+        if (painter.hasClipping())
+            result.clip &= painter.clipBoundingRect().toRect();
     }
     return result;
 }
@@ -139,6 +145,7 @@ struct simpleCurveRendererPrivate_t
     void layOut(const context_t& context, layout_t* layout);
     void addColumns(const context_t& context, size_t first, size_t last,
                     std::vector<column_t>* columns);
+    void addDots(const context_t& context, int scale, const column_t& column);
     void flushLines(QPainter* painter);
 
     const stripChartCurveData_t& curve;
@@ -147,6 +154,7 @@ struct simpleCurveRendererPrivate_t
     layout_t narrowLayout;
     std::vector<QLine> lines; // scratch
     std::vector<QRect> rects; // scratch
+    std::vector<int> dotRows; // scratch
 };
 
 void simpleCurveRendererPrivate_t::flushLines(QPainter* painter)
@@ -183,6 +191,28 @@ void simpleCurveRendererPrivate_t::drawLineByLine(const context_t& context, size
     flushLines(context.painter);
 }
 
+// Deliberate: where QPainter enlarges by a whole factor, as on a screen of high density, it makes a
+// line between two points on the same pixel wider than the pen by that factor, wider than a bar.
+void simpleCurveRendererPrivate_t::addDots(const context_t& context, int scale,
+                                           const column_t& column)
+{
+    const size_t begin = column.begin - curve.index->dropped();
+    dotRows.clear();
+    int previous = yOf(context, column.first);
+    for (size_t i = begin + 1; i < begin + column.count; ++i) {
+        const int row = yOf(context, curve.points[i].value);
+        if (row == previous && row > -farOut && row < farOut)
+            dotRows.push_back(row);
+        previous = row;
+    }
+    std::sort(dotRows.begin(), dotRows.end());
+    dotRows.erase(std::unique(dotRows.begin(), dotRows.end()), dotRows.end());
+    if (column.x > -farOut && column.x < farOut) {
+        for (const int row : dotRows)
+            rects.emplace_back(column.x - scale, row - 1, 2 * scale, penWidth);
+    }
+}
+
 // Draws a piece of one opaque colour.
 void simpleCurveRendererPrivate_t::drawColumns(const context_t& context,
                                                const shortcuts_t& shortcuts, const piece_t& piece,
@@ -201,7 +231,7 @@ void simpleCurveRendererPrivate_t::drawColumns(const context_t& context,
     for (size_t i = piece.firstColumn; i < piece.lastColumn; ++i) {
         const column_t& column = columns[i];
         rows_t rows;
-        if (column.isBar) {
+        if (column.isBar()) {
             rows.top = yOf(context, column.max);
             rows.bottom = yOf(context, column.min);
             if (rows.top > rows.bottom)
@@ -210,6 +240,8 @@ void simpleCurveRendererPrivate_t::drawColumns(const context_t& context,
                 column.x < farOut)
                 rects.emplace_back(QPoint(column.x - 1, std::max(rows.top, -farOut) - 1),
                                    QPoint(column.x, std::min(rows.bottom, farOut)));
+            if (shortcuts.scale > 1)
+                addDots(context, shortcuts.scale, column);
         }
         if (i > piece.firstColumn) {
             const int x1 = columns[i - 1].x;
@@ -284,10 +316,11 @@ void simpleCurveRendererPrivate_t::addColumns(const context_t& context, size_t f
 
         column_t column;
         column.x = x;
-        column.isBar = low - begin > 1;
+        column.begin = curve.index->dropped() + begin;
+        column.count = low - begin;
         column.first = points[begin].value;
         column.last = points[low - 1].value;
-        if (column.isBar) {
+        if (column.isBar()) {
             const extremes_t extremes = curve.index->extremes(points, begin, low);
             column.min = extremes.min;
             column.max = extremes.max;
