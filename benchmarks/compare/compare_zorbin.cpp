@@ -1,0 +1,67 @@
+// This library, used as in an application; nothing is tuned.
+#include "contender.h"
+
+#include <QVBoxLayout>
+#include <algorithm>
+#include <deque>
+#include <functional>
+#include <stripChart.h>
+#include <stripChartCurve.h>
+
+using zorbin_qt_gui::stripChart_t;
+using zorbin_qt_gui::stripChartCurve_t;
+
+namespace {
+class zorbinContender_t : public contender_t
+{
+public:
+    explicit zorbinContender_t(const chartShape_t& shape)
+    {
+        m_chart.setBackgroundColor(Qt::white);
+        // A chart draws its curves in the order of their addresses: with the curves numbered in
+        // that order the picture is the same in every run.
+        for (int i = 0; i < shape.curves; ++i)
+            m_curves.push_back(new stripChartCurve_t);
+        std::sort(m_curves.begin(), m_curves.end(), std::less<stripChartCurve_t*>());
+        for (int i = 0; i < shape.curves; ++i) {
+            stripChartCurve_t* const curve = m_curves[static_cast<std::size_t>(i)];
+            curve->color(curveColor(i));
+            curve->dataDuration(shape.kept);
+            m_chart.addCurve(curve);
+        }
+        m_chart.timeBounds(-shape.window, 0.0);
+        if (!shape.autoscale)
+            m_chart.valueBounds(-shape.valueRange, shape.valueRange);
+    }
+
+    QWidget* window() override { return &m_chart; }
+    QWidget* plotArea() override { return m_chart.layout()->itemAt(0)->widget(); }
+
+    void addPoint(int curve, const sample_t& sample) override
+    {
+        m_curves[static_cast<std::size_t>(curve)]->addPoint(sample.time, sample.value,
+                                                            curveColor(curve));
+    }
+
+    void addPoints(int curve, const sample_t* first, int count) override
+    {
+        std::deque<stripChartCurve_t::point_t> points;
+        for (int i = 0; i < count; ++i)
+            points.emplace_back(first[i].time, first[i].value, curveColor(curve));
+        m_curves[static_cast<std::size_t>(curve)]->addPoints(std::move(points));
+    }
+
+    void scrollTime(double time) override { m_chart.scrollTime(time); }
+    void valueBounds(double min, double max) override { m_chart.valueBounds(min, max); }
+    void finishFrame() override {}
+
+private:
+    stripChart_t m_chart;
+    std::vector<stripChartCurve_t*> m_curves; // owned by the chart
+};
+} // namespace
+
+std::unique_ptr<contender_t> makeContender(const chartShape_t& shape)
+{
+    return std::make_unique<zorbinContender_t>(shape);
+}
