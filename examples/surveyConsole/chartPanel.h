@@ -1,0 +1,100 @@
+#pragma once
+#include "recording.h"
+
+#include <QColor>
+#include <QFrame>
+#include <QString>
+#include <vector>
+
+class QLabel;
+
+namespace zorbin_qt_gui {
+class stripChart_t;
+class stripChartCurve_t;
+} // namespace zorbin_qt_gui
+
+namespace survey_console {
+
+/// One curve of a chart panel.
+struct panelCurve_t
+{
+    channelId_t channel;
+    QString name; ///< beside the current value; may be empty for an only curve
+    QColor color;
+};
+
+/// What a chart panel shows and how.
+struct chartPanelSetup_t
+{
+    QString title;
+    QString unit;
+    int decimals = 1;      ///< of all values shown
+    double minRange = 2.0; ///< smallest span of values that the chart shows
+    bool isAngle = false;  ///< degrees: no jump at north, shown as 0 to below 360
+    bool isDepth = false;  ///< grows downwards
+    bool hasZeroLine = false;
+    std::vector<panelCurve_t> curves;
+};
+
+/// A strip chart with its title, current values, bounds and pointer read-out.
+///
+/// It follows a replay: showTime() feeds the samples the replay has come to and scrolls. A step
+/// between samples that is long for their channel is drawn as a gap, and a current value older than
+/// that is dimmed.
+class chartPanel_t : public QFrame
+{
+    Q_OBJECT
+public:
+    static constexpr double DEFAULT_SPAN = 300.0; // s of time window
+
+    /// Copies the channels it shows from \p recording.
+    chartPanel_t(const chartPanelSetup_t& setup, const recording_t& recording,
+                 QWidget* parent = nullptr);
+    ~chartPanel_t() override;
+
+    zorbin_qt_gui::stripChart_t* chart() const { return m_chart; }
+
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+public Q_SLOTS:
+    /// Moves on to \p time_ (seconds), which must not be before the last one shown.
+    void showTime(double time_);
+    /// Shows the window that ends at \p time_, before or after what was shown.
+    void jumpTo(double time_);
+    /// Sets the length of the time window in seconds, DEFAULT_SPAN at first.
+    void timeSpan(double seconds_);
+
+private:
+    struct shownCurve_t
+    {
+        std::vector<sample_t> samples; // as drawn: made continuous, or with depth turned negative
+        std::size_t next = 0;          // the first one not fed yet
+        double gap;                    // s; longer steps are gaps
+        QColor color;
+        zorbin_qt_gui::stripChartCurve_t* curve; // owned by the chart
+        QLabel* valueLabel;                      // owned by its parent
+    };
+
+    void addCurve(const panelCurve_t& wanted, const recording_t& recording, QLabel* valueLabel);
+    void addZeroLine(double from, double to);
+    void feed();
+    void anchorWindow();
+    void showValues();
+    void showTimeBounds(double left, double right);
+    void showValueBounds(double bottom, double top);
+    void showPointer(double time, double value);
+    QString textOf(double drawnValue) const;
+
+    const chartPanelSetup_t m_setup;
+    std::vector<shownCurve_t> m_curves;
+    double m_time = 0.0;          // shown last
+    double m_span = DEFAULT_SPAN; // s
+    zorbin_qt_gui::stripChart_t* m_chart;
+    QLabel* m_topLabel;
+    QLabel* m_bottomLabel;
+    QLabel* m_leftLabel;
+    QLabel* m_rightLabel;
+    QLabel* m_pointerLabel;
+};
+
+} // namespace survey_console

@@ -1,0 +1,153 @@
+// Replays a recorded survey line in strip charts. Look at the depth chart's faded lines where
+// soundings are missing, at the charts' scales following the data, and at the read-out under each
+// chart when the pointer is over it. Try the seek slider and 100x.
+
+#include "mainWindow.h"
+#include "recordingReader.h"
+#include "theme.h"
+
+#include <QApplication>
+#include <QCommandLineParser>
+#include <QElapsedTimer>
+#include <QFileInfo>
+#include <cmath>
+#include <cstdio>
+
+using namespace survey_console;
+
+namespace {
+
+const int EXIT_BAD_USAGE = 2;
+const double MAX_DURATION = 86400.0;     // s
+const double SCREENSHOT_STRETCH = 420.0; // s of the recording
+const int SCREENSHOT_FRAMES = 600;
+
+struct options_t
+{
+    QString recording;
+    double speed = 1.0;
+    double duration = 0.0; // s; 0.0: until closed
+    QString screenshot;
+};
+
+void complain(const QString& message)
+{
+    std::fprintf(stderr, "surveyConsole: %s\n", qUtf8Printable(message));
+}
+
+// False, after a message, unless the option's value is a number from min to max.
+bool readNumber(const QCommandLineParser& parser, const QCommandLineOption& option, double min,
+                double max, double* number)
+{
+    const QString text = parser.value(option);
+    bool isNumber = false;
+    const double value = text.toDouble(&isNumber);
+    if (!isNumber || !(value >= min && value <= max)) {
+        complain(QStringLiteral("--%1 takes a number from %2 to %3, not '%4'")
+                     .arg(option.names().constFirst())
+                     .arg(min)
+                     .arg(max)
+                     .arg(text));
+        return false;
+    }
+    *number = value;
+    return true;
+}
+
+// Ends the program for --help and --version; false, after a message, for options that are wrong.
+bool readOptions(QCoreApplication* application, options_t* options)
+{
+    QCommandLineParser parser;
+    parser.setApplicationDescription(QStringLiteral(
+        "Replays a recorded survey line: depth, heading, speed, course and attitude in strip "
+        "charts."));
+    const QCommandLineOption recording(
+        QStringLiteral("recording"), QStringLiteral("Replay the NMEA 0183 log FILE."),
+        QStringLiteral("FILE"), QStringLiteral(SURVEY_CONSOLE_DEFAULT_RECORDING));
+    const QCommandLineOption speed(QStringLiteral("speed"),
+                                   QStringLiteral("Replay at N times real time, 1 to 100."),
+                                   QStringLiteral("N"), QStringLiteral("1"));
+    const QCommandLineOption duration(QStringLiteral("duration"),
+                                      QStringLiteral("Quit after S seconds of real time."),
+                                      QStringLiteral("S"));
+    const QCommandLineOption screenshot(
+        QStringLiteral("screenshot"),
+        QStringLiteral("Replay the first seven minutes at once, write a picture of the window to "
+                       "FILE and quit."),
+        QStringLiteral("FILE"));
+    parser.addHelpOption();
+    parser.addOptions({recording, speed, duration, screenshot});
+    parser.process(*application);
+
+    options->recording = parser.value(recording);
+    options->screenshot = parser.value(screenshot);
+    if (!parser.positionalArguments().isEmpty()) {
+        complain(QStringLiteral("unexpected argument '%1'")
+                     .arg(parser.positionalArguments().constFirst()));
+        return false;
+    }
+    return readNumber(parser, speed, replayClock_t::MIN_SPEED, replayClock_t::MAX_SPEED,
+                      &options->speed) &&
+           (!parser.isSet(duration) ||
+            readNumber(parser, duration, 0.001, MAX_DURATION, &options->duration));
+}
+
+// Replays frame by frame on a clock of its own, so that the picture is the same on every machine.
+bool writeScreenshot(mainWindow_t* window, double* realTime, const QString& path)
+{
+    replayClock_t* clock = window->clock();
+    QApplication::processEvents(); // lays the window out
+    const double stretch = std::min(SCREENSHOT_STRETCH, clock->end() - clock->start());
+    const double start = *realTime;
+    for (int frame = 1; frame <= SCREENSHOT_FRAMES; ++frame) {
+        *realTime = start + stretch / clock->speed() * frame / SCREENSHOT_FRAMES;
+        clock->advance();
+        QApplication::processEvents();
+    }
+    if (window->grab().save(path))
+        return true;
+    complain(QStringLiteral("cannot write the picture '%1'").arg(path));
+    return false;
+}
+
+} // namespace
+
+int main(int argc, char* argv[])
+{
+    QApplication application(argc, argv);
+    QApplication::setApplicationName(QStringLiteral("surveyConsole"));
+    options_t options;
+    if (!readOptions(&application, &options))
+        return EXIT_BAD_USAGE;
+    readResult_t result = readRecording(options.recording);
+    if (!result.error.isEmpty()) {
+        complain(result.error);
+        return EXIT_FAILURE;
+    }
+
+    if (result.counts.bad > 0)
+        complain(QStringLiteral("skipped %1 damaged of %2 lines in '%3'")
+                     .arg(result.counts.bad)
+                     .arg(result.counts.lines)
+                     .arg(options.recording));
+
+    theme::apply(&application);
+    const bool isForPicture = !options.screenshot.isEmpty();
+    QElapsedTimer elapsed;
+    elapsed.start();
+    double pictureTime = 0.0; // s
+    mainWindow_t window(QFileInfo(options.recording).fileName(), std::move(result), [&] {
+        return isForPicture ? pictureTime : static_cast<double>(elapsed.nsecsElapsed()) * 1e-9;
+    });
+    window.resize(1280, 800);
+    window.show();
+    window.clock()->setSpeed(options.speed);
+    window.clock()->setRunning(true);
+    if (isForPicture)
+        return writeScreenshot(&window, &pictureTime, options.screenshot) ? EXIT_SUCCESS
+                                                                          : EXIT_FAILURE;
+    if (options.duration > 0.0)
+        QTimer::singleShot(static_cast<int>(options.duration * 1000.0), &application,
+                           &QApplication::quit);
+    return QApplication::exec();
+}

@@ -1,0 +1,133 @@
+#include "mainWindow.h"
+#include "chartPanel.h"
+#include "navigationPanel.h"
+#include "replayControls.h"
+#include "theme.h"
+
+#include <QGridLayout>
+#include <QShortcut>
+#include <QVBoxLayout>
+
+namespace survey_console {
+namespace {
+
+const int FRAME_INTERVAL = 33; // ms
+const int COLUMNS = 2;
+
+std::vector<chartPanelSetup_t> panelSetups()
+{
+    const QColor first = theme::firstCurve();
+    const QColor second = theme::secondCurve();
+    const QString degrees = QStringLiteral("\u00b0");
+    std::vector<chartPanelSetup_t> setups(6);
+    setups[0].title = mainWindow_t::tr("Depth below transducer");
+    setups[0].unit = QStringLiteral("m");
+    setups[0].minRange = 5.0;
+    setups[0].isDepth = true;
+    setups[0].curves = {{CHANNEL_DEPTH, QString(), first}};
+
+    setups[1].title = mainWindow_t::tr("Heading");
+    setups[1].unit = degrees;
+    setups[1].minRange = 5.0;
+    setups[1].isAngle = true;
+    setups[1].curves = {{CHANNEL_GYRO_HEADING, mainWindow_t::tr("gyro"), first},
+                        {CHANNEL_HEADING, mainWindow_t::tr("INS"), second}};
+
+    setups[2].title = mainWindow_t::tr("Speed");
+    setups[2].unit = QStringLiteral("kn");
+    setups[2].curves = {{CHANNEL_SPEED, mainWindow_t::tr("over ground"), first},
+                        {CHANNEL_SPEED_MADE_GOOD, mainWindow_t::tr("made good, 10 s"), second}};
+
+    setups[3].title = mainWindow_t::tr("Course");
+    setups[3].unit = degrees;
+    setups[3].minRange = 5.0;
+    setups[3].isAngle = true;
+    setups[3].curves = {{CHANNEL_COURSE, mainWindow_t::tr("over ground"), first},
+                        {CHANNEL_COURSE_MADE_GOOD, mainWindow_t::tr("made good, 10 s"), second}};
+
+    setups[4].title = mainWindow_t::tr("Roll and pitch");
+    setups[4].unit = degrees;
+    setups[4].decimals = 2;
+    setups[4].hasZeroLine = true;
+    setups[4].curves = {{CHANNEL_ROLL, mainWindow_t::tr("roll"), first},
+                        {CHANNEL_PITCH, mainWindow_t::tr("pitch"), second}};
+
+    setups[5].title = mainWindow_t::tr("Heave");
+    setups[5].unit = QStringLiteral("m");
+    setups[5].decimals = 2;
+    setups[5].minRange = 1.0;
+    setups[5].hasZeroLine = true;
+    setups[5].curves = {{CHANNEL_HEAVE, QString(), first}};
+    return setups;
+}
+
+} // namespace
+
+mainWindow_t::mainWindow_t(const QString& lineName, readResult_t line,
+                           std::function<double()> realTime, QWidget* parent)
+    : QWidget(parent), m_recording(std::move(line.recording)), m_clock(std::move(realTime)),
+      m_navigationPanel(new navigationPanel_t(lineName, line.counts, m_recording))
+{
+    setWindowTitle(tr("Survey console - %1").arg(lineName));
+    auto* charts = new QGridLayout;
+    charts->setSpacing(8);
+    auto* controls = new replayControls_t(&m_clock);
+    for (const chartPanelSetup_t& setup : panelSetups()) {
+        auto* panel = new chartPanel_t(setup, m_recording);
+        const int index = static_cast<int>(m_chartPanels.size());
+        charts->addWidget(panel, index / COLUMNS, index % COLUMNS);
+        charts->setRowStretch(index / COLUMNS, 1);
+        charts->setColumnStretch(index % COLUMNS, 1);
+        m_chartPanels.push_back(panel);
+        connect(&m_clock, &replayClock_t::timeAdvanced, panel, &chartPanel_t::showTime);
+        connect(&m_clock, &replayClock_t::timeJumped, panel, &chartPanel_t::jumpTo);
+        connect(controls, &replayControls_t::timeSpanChanged, panel, &chartPanel_t::timeSpan);
+    }
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(10, 10, 10, 10);
+    layout->setSpacing(8);
+    layout->addWidget(m_navigationPanel);
+    layout->addLayout(charts, 1);
+    layout->addWidget(controls);
+
+    connect(&m_clock, &replayClock_t::timeAdvanced, m_navigationPanel,
+            &navigationPanel_t::showTime);
+    connect(&m_clock, &replayClock_t::timeJumped, m_navigationPanel, &navigationPanel_t::showTime);
+    connect(&m_clock, &replayClock_t::timeJumped, this, &mainWindow_t::showReplay);
+    connect(&m_clock, &replayClock_t::speedChanged, this, &mainWindow_t::showReplay);
+    connect(&m_clock, &replayClock_t::runningChanged, this, &mainWindow_t::showReplay);
+
+    m_frameTimer.setTimerType(Qt::PreciseTimer);
+    m_frameTimer.setInterval(FRAME_INTERVAL);
+    connect(&m_frameTimer, &QTimer::timeout, &m_clock, &replayClock_t::advance);
+    connect(&m_clock, &replayClock_t::runningChanged, &m_frameTimer, [this](bool running) {
+        if (running)
+            m_frameTimer.start();
+        else
+            m_frameTimer.stop();
+    });
+
+    addShortcut(Qt::Key_Space, [this] { m_clock.setRunning(!m_clock.isRunning()); });
+    addShortcut(Qt::Key_Left, [this] { m_clock.seek(m_clock.time() - 10.0); });
+    addShortcut(Qt::Key_Right, [this] { m_clock.seek(m_clock.time() + 10.0); });
+    addShortcut(Qt::Key_PageUp, [this] { m_clock.seek(m_clock.time() - 60.0); });
+    addShortcut(Qt::Key_PageDown, [this] { m_clock.seek(m_clock.time() + 60.0); });
+    addShortcut(Qt::Key_Home, [this] { m_clock.seek(m_clock.start()); });
+    addShortcut(Qt::Key_End, [this] { m_clock.seek(m_clock.end()); });
+
+    m_clock.setSpan(m_recording.startTime(), m_recording.endTime());
+}
+
+mainWindow_t::~mainWindow_t() = default;
+
+void mainWindow_t::addShortcut(int key, std::function<void()> action)
+{
+    connect(new QShortcut(QKeySequence(key), this), &QShortcut::activated, this, std::move(action));
+}
+
+void mainWindow_t::showReplay()
+{
+    m_navigationPanel->showReplay(m_clock.isRunning(), m_clock.isAtEnd(), m_clock.speed());
+}
+
+} // namespace survey_console

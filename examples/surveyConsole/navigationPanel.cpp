@@ -1,0 +1,68 @@
+#include "navigationPanel.h"
+#include "labels.h"
+#include "texts.h"
+#include "theme.h"
+
+#include <QHBoxLayout>
+
+namespace survey_console {
+
+navigationPanel_t::navigationPanel_t(const QString& lineName, const lineCounts_t& counts,
+                                     const recording_t& recording, QWidget* parent)
+    : QFrame(parent), m_recording(recording),
+      m_timeLabel(makeLabel(theme::text(), 1.8, Qt::AlignCenter)),
+      m_positionLabel(makeLabel(theme::text(), 1.3, Qt::AlignCenter)),
+      m_stateLabel(makeLabel(theme::running(), 1.3, Qt::AlignRight | Qt::AlignVCenter))
+{
+    setFrameShape(QFrame::StyledPanel);
+    setBackground(this, theme::panel());
+    m_timeLabel->setObjectName(QStringLiteral("timeLabel"));
+    m_positionLabel->setObjectName(QStringLiteral("positionLabel"));
+    m_stateLabel->setObjectName(QStringLiteral("stateLabel"));
+    m_timeLabel->setToolTip(tr("Time of the recording"));
+    m_positionLabel->setToolTip(tr("Position of the vessel"));
+
+    auto* lineLabel = makeLabel(theme::quietText(), 1.1, Qt::AlignLeft | Qt::AlignVCenter);
+    lineLabel->setText(lineName);
+    lineLabel->setTextFormat(Qt::PlainText);
+    lineLabel->setToolTip(
+        tr("The recording that is replayed: %1 lines, %2 of them used, %3 damaged")
+            .arg(counts.lines)
+            .arg(counts.used)
+            .arg(counts.bad));
+    auto* damageLabel = makeLabel(theme::paused(), 1.1, Qt::AlignLeft | Qt::AlignVCenter);
+    damageLabel->setObjectName(QStringLiteral("damageLabel"));
+    if (counts.bad > 0)
+        damageLabel->setText(tr("%1 damaged lines skipped").arg(counts.bad));
+
+    auto* layout = new QHBoxLayout(this);
+    layout->setContentsMargins(12, 6, 12, 6);
+    auto* lineLayout = new QHBoxLayout;
+    lineLayout->setSpacing(12);
+    lineLayout->addWidget(lineLabel);
+    lineLayout->addWidget(damageLabel, 1);
+    layout->addLayout(lineLayout, 3);
+    layout->addWidget(m_timeLabel, 4);
+    layout->addWidget(m_positionLabel, 4);
+    layout->addWidget(m_stateLabel, 2);
+}
+
+void navigationPanel_t::showTime(double time_)
+{
+    const QString time = timeText(time_) + QStringLiteral(" UTC");
+    m_timeLabel->setText(m_recording.isDated() ? dateText(time_) + QStringLiteral("  ") + time
+                                               : time);
+    const fix_t* fix = newestAt(m_recording.fixes(), time_);
+    m_positionLabel->setText(fix ? positionText(fix->position) : noValueText());
+}
+
+void navigationPanel_t::showReplay(bool running_, bool atEnd_, double speed_)
+{
+    if (running_)
+        m_stateLabel->setText(tr("REPLAY %1\u00d7").arg(speed_));
+    else
+        m_stateLabel->setText(atEnd_ ? tr("END OF LINE") : tr("PAUSED"));
+    setTextColor(m_stateLabel, running_ ? theme::running() : theme::paused());
+}
+
+} // namespace survey_console

@@ -1,0 +1,33 @@
+#pragma once
+#include "recordingReader.h"
+
+#include <QFrame>
+
+class QLabel;
+
+namespace survey_console {
+
+/// The strip on top: which line is replayed, its time, the vessel's position, and whether the
+/// replay runs.
+class navigationPanel_t : public QFrame
+{
+    Q_OBJECT
+public:
+    /// \p recording must outlive the panel.
+    navigationPanel_t(const QString& lineName, const lineCounts_t& counts,
+                      const recording_t& recording, QWidget* parent = nullptr);
+
+public Q_SLOTS:
+    /// Shows the state at \p time_, in seconds.
+    void showTime(double time_);
+    /// Shows how the replay goes.
+    void showReplay(bool running_, bool atEnd_, double speed_);
+
+private:
+    const recording_t& m_recording;
+    QLabel* m_timeLabel;
+    QLabel* m_positionLabel;
+    QLabel* m_stateLabel;
+};
+
+} // namespace survey_console

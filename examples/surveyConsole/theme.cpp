@@ -1,0 +1,32 @@
+#include "theme.h"
+
+#include <QApplication>
+#include <QPalette>
+#include <QStyleFactory>
+
+namespace survey_console::theme {
+
+void apply(QApplication* application)
+{
+    application->setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
+    QPalette palette;
+    palette.setColor(QPalette::Window, window());
+    palette.setColor(QPalette::WindowText, text());
+    palette.setColor(QPalette::Base, chart());
+    palette.setColor(QPalette::AlternateBase, panel());
+    palette.setColor(QPalette::Text, text());
+    palette.setColor(QPalette::PlaceholderText, quietText());
+    palette.setColor(QPalette::Button, panel());
+    palette.setColor(QPalette::ButtonText, text());
+    palette.setColor(QPalette::BrightText, Qt::white);
+    palette.setColor(QPalette::Highlight, accent());
+    palette.setColor(QPalette::HighlightedText, Qt::white);
+    palette.setColor(QPalette::ToolTipBase, panel());
+    palette.setColor(QPalette::ToolTipText, text());
+    for (const QPalette::ColorRole role :
+         {QPalette::WindowText, QPalette::Text, QPalette::ButtonText})
+        palette.setColor(QPalette::Disabled, role, quietText());
+    application->setPalette(palette);
+}
+
+} // namespace survey_console::theme
