@@ -1,0 +1,52 @@
+#include "childProcess.h"
+
+#include "messageRecorder.h"
+
+#include <QApplication>
+#include <QProcess>
+#include <QTest>
+#include <cstdio>
+
+static const char childArgument[] = "--scenario";
+
+static void printMessage(QtMsgType type, const QMessageLogContext&, const QString& text)
+{
+    std::printf("%s: %s\n", qPrintable(messageKind(type)), qPrintable(text));
+    std::fflush(stdout);
+}
+
+childOutcome_t runChild(const QString& scenario, const QStringList& environment)
+{
+    QProcess child;
+    QProcessEnvironment variables = QProcessEnvironment::systemEnvironment();
+    for (const QString& setting : environment) {
+        const auto equals = setting.indexOf(QLatin1Char('='));
+        if (equals < 0)
+            variables.remove(setting);
+        else
+            variables.insert(setting.left(equals), setting.mid(equals + 1));
+    }
+    child.setProcessEnvironment(variables);
+    child.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+    child.start(QCoreApplication::applicationFilePath(), {childArgument, scenario});
+    if (!child.waitForFinished(60000))
+        qFatal("scenario %s did not finish: %s", qPrintable(scenario),
+               qPrintable(child.errorString()));
+    const QString output = QString::fromLocal8Bit(child.readAllStandardOutput());
+    return {child.exitStatus() == QProcess::CrashExit, child.exitCode(),
+            output.split(QLatin1Char('\n'), Qt::SkipEmptyParts)};
+}
+
+int runTestsOrScenario(int argc, char** argv, QObject& tests, const childScenarios_t& scenarios)
+{
+    QApplication application(argc, argv);
+    const QStringList arguments = QCoreApplication::arguments();
+    if (arguments.size() == 3 && arguments.at(1) == QLatin1String(childArgument)) {
+        qInstallMessageHandler(printMessage);
+        const auto scenario = scenarios.value(arguments.at(2));
+        if (!scenario)
+            qFatal("there is no scenario %s", qPrintable(arguments.at(2)));
+        return scenario();
+    }
+    return QTest::qExec(&tests, argc, argv);
+}

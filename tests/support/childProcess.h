@@ -1,0 +1,24 @@
+#pragma once
+#include <QMap>
+#include <QObject>
+#include <QString>
+#include <QStringList>
+#include <functional>
+
+/// What a child process did.
+struct childOutcome_t
+{
+    bool crashed;     ///< ended by a signal, as a fatal message does
+    int exitCode;     ///< meaningful unless it crashed
+    QStringList said; ///< its output: what it printed, and each message as "KIND: TEXT"
+};
+
+/// Scenarios that need a process of their own, by name. Each returns the exit code.
+using childScenarios_t = QMap<QString, std::function<int()>>;
+
+/// Runs this test program again for one scenario. \p environment holds settings as "NAME=VALUE";
+/// "NAME" alone removes a variable.
+childOutcome_t runChild(const QString& scenario, const QStringList& environment = {});
+
+/// The main function of a test program with such scenarios.
+int runTestsOrScenario(int argc, char** argv, QObject& tests, const childScenarios_t& scenarios);

@@ -1,0 +1,60 @@
+#include "messageRecorder.h"
+
+#include <mutex>
+
+namespace {
+std::mutex mutex; // guards all of this file's state
+messageRecorder_t* innermost = nullptr;
+} // namespace
+
+messageRecorder_t::messageRecorder_t()
+    : m_outer(innermost), m_outerHandler(qInstallMessageHandler(&messageRecorder_t::record))
+{
+    const std::lock_guard<std::mutex> lock(mutex);
+    innermost = this;
+}
+
+messageRecorder_t::~messageRecorder_t()
+{
+    const std::lock_guard<std::mutex> lock(mutex);
+    innermost = m_outer;
+    qInstallMessageHandler(m_outerHandler);
+}
+
+QStringList messageRecorder_t::texts() const
+{
+    const std::lock_guard<std::mutex> lock(mutex);
+    return m_texts;
+}
+
+QStringList messageRecorder_t::kinds() const
+{
+    const std::lock_guard<std::mutex> lock(mutex);
+    return m_kinds;
+}
+
+void messageRecorder_t::record(QtMsgType type, const QMessageLogContext&, const QString& text)
+{
+    const std::lock_guard<std::mutex> lock(mutex);
+    if (!innermost)
+        return; // a message of another thread that overtook the recorder's construction
+    innermost->m_texts.append(text);
+    innermost->m_kinds.append(messageKind(type));
+}
+
+QString messageKind(QtMsgType type)
+{
+    switch (type) {
+    case QtDebugMsg:
+        return QStringLiteral("debug");
+    case QtInfoMsg:
+        return QStringLiteral("info");
+    case QtWarningMsg:
+        return QStringLiteral("warning");
+    case QtCriticalMsg:
+        return QStringLiteral("critical");
+    case QtFatalMsg:
+        return QStringLiteral("fatal");
+    }
+    Q_UNREACHABLE();
+}

@@ -1,0 +1,19 @@
+#pragma once
+#include <QImage>
+#include <QString>
+
+class QWidget;
+
+/// What \p widget paints when asked for all of itself, shown or not. Format_RGB32.
+QImage snapshot(QWidget& widget);
+
+/// What the screen shows of \p window, a top-level widget: the outcome of all scrolling and
+/// partial painting so far. Processes pending events first. Format_RGB32.
+QImage shown(QWidget& window);
+
+/// A picture of the size of \p widget in its palette's QPalette::Window colour. Format_RGB32.
+QImage blank(const QWidget& widget);
+
+/// Names the first pixel, row by row, in which the pictures differ, and saves both beside the
+/// test program's working directory; an empty string when they are equal.
+QString firstDifference(const QImage& actual, const QImage& wanted);
