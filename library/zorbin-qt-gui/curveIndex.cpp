@@ -145,15 +145,58 @@ void curveIndex_t::dropOldest(const points_t& points, size_t count)
         }
     }
 
+    const quint64 firstLeaf = roundedUp(m_base, leafSize);
     m_base += count;
-    quint64 size = leafSize;
-    for (level_t& level : m_levels) {
-        level.dropBefore(roundedUp(m_base, size) / size);
-        size *= fanOut;
+    if (roundedUp(m_base, leafSize) != firstLeaf) {
+        quint64 size = leafSize;
+        for (level_t& level : m_levels) {
+            level.dropBefore(roundedUp(m_base, size) / size);
+            size *= fanOut;
+        }
     }
     while (!m_breaks.empty() && m_breaks.front() <= m_base)
         m_breaks.pop_front();
     m_breaksEnd = std::max(m_breaksEnd, m_base);
+}
+
+bool curveIndex_t::isConsistent(const points_t& points) const
+{
+    const quint64 end = m_base + points.size();
+    quint64 size = leafSize;
+    for (const level_t& level : m_levels) {
+        if (level.first * size < m_base)
+            return false;
+        for (quint64 block = level.first; block < level.end(); ++block) {
+            if ((block + 1) * size > end)
+                return false;
+            extremes_t wanted;
+            for (quint64 i = block * size; i < (block + 1) * size; ++i)
+                wanted.include(points[i - m_base].value);
+            const extremes_t& node = level.nodes[block - level.first];
+            if (node.min != wanted.min || node.max != wanted.max)
+                return false;
+        }
+        size *= fanOut;
+    }
+
+    std::deque<quint64> wantedBreaks;
+    bool wasSpecial = false;
+    for (quint64 line = m_base + 1; line < std::min(m_breaksEnd, end); ++line) {
+        const point_t& earlier = points[line - 1 - m_base];
+        const point_t& later = points[line - m_base];
+        const bool special = isSpecial(earlier, later, m_threshold);
+        if (special || wasSpecial || earlier.color != later.color)
+            wantedBreaks.push_back(line);
+        wasSpecial = special;
+    }
+    // Whether the oldest line is a break depends on the line before it, which may have been
+    // dropped. Nobody asks: nextBreak() looks for later ones.
+    const auto withoutOldest = [this](std::deque<quint64> breaks) {
+        if (!breaks.empty() && breaks.front() == m_base + 1)
+            breaks.pop_front();
+        return breaks;
+    };
+    return withoutOldest(m_breaks) == withoutOldest(wantedBreaks);
 }
 
 void curveIndex_t::followBreaks(const points_t& points, double threshold)

@@ -64,6 +64,10 @@ public:
     /// Index of the first break after line \p line, or \p end if none comes before it.
     size_t nextBreak(size_t line, size_t end) const;
 
+    /// Whether every summary is what a scan of \p points gives, as far as they have been followed.
+    /// For tests.
+    bool isConsistent(const points_t& points) const;
+
     /// What tells one state of the queue from another: the number of points dropped so far, and
     /// how often the aids had to start afresh. A point keeps its place and its content as long as
     /// the second stays the same.

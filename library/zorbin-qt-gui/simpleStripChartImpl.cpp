@@ -29,6 +29,7 @@ void simpleStripChartImpl_t::scrollTime(double t)
     const double timeMin = minTimeBound();
     const double timeMax = maxTimeBound();
     const double span = timeMax - timeMin;
+    const double xScale = xScaleFactor();
     if (t < timeMin || t > timeMax + span) {
         timeBounds(t - span, t);
         return;
@@ -38,19 +39,23 @@ void simpleStripChartImpl_t::scrollTime(double t)
     // away.
     const int width = m_widget->width();
     int pixels = width;
-    double newMax = timeMin + pixels / xScaleFactor();
+    double newMax = timeMin + pixels / xScale;
     while (t > newMax) {
         ++pixels;
-        newMax = timeMin + pixels / xScaleFactor();
+        newMax = timeMin + pixels / xScale;
     }
     // Where the edge stays and only its computation is rounded otherwise, new bounds would
     // repaint the whole widget at every call.
     constexpr double roundingPixels = 1e-6;
-    if (pixels == width && std::abs(newMax - timeMax) * xScaleFactor() < roundingPixels)
+    if (pixels == width && std::abs(newMax - timeMax) * xScale < roundingPixels)
         return;
     m_widget->timeScroll(width - pixels);
     timeBounds(newMax - span, newMax);
     m_widget->timeScroll(0); // not for later bounds, should these have been the same
+    // After a resize the scale is that of the former width until the bounds change; what was
+    // painted with it can't be shifted into place.
+    if (std::abs(span * xScale - width) >= 0.5)
+        m_widget->update();
 }
 
 } // namespace zorbin_qt_gui

@@ -1,0 +1,163 @@
+#include "curveIndex_p.h"
+
+#include "randomNumbers.h"
+
+#include <QtTest>
+#include <limits>
+
+using namespace zorbin_qt_gui;
+using points_t = curveIndex_t::points_t;
+
+constexpr double infinity = std::numeric_limits<double>::infinity();
+constexpr double notANumber = std::numeric_limits<double>::quiet_NaN();
+
+class tst_curveIndex : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void extremesLeaveOutWhatIsNotFinite();
+    void extremesEqualAScanWhilePointsComeAndGo();
+    void breaksTellWhereLinesChange();
+    void breaksFollowTheThreshold();
+    void startsAfreshWhenTheQueueChangesBehindItsBack();
+    void searchesTreatNanAsNoBound();
+};
+
+static extremes_t scan(const points_t& points, size_t first, size_t last)
+{
+    extremes_t result;
+    for (size_t i = first; i < last; ++i)
+        result.include(points[i].value);
+    return result;
+}
+
+void tst_curveIndex::extremesLeaveOutWhatIsNotFinite()
+{
+    extremes_t extremes;
+    QCOMPARE(extremes.min, std::numeric_limits<double>::max());
+    QCOMPARE(extremes.max, -std::numeric_limits<double>::max());
+    for (const double value : {notANumber, infinity, -infinity, 3.0, -4.0})
+        extremes.include(value);
+    QCOMPARE(extremes.min, -4.0);
+    QCOMPARE(extremes.max, 3.0);
+}
+
+void tst_curveIndex::extremesEqualAScanWhilePointsComeAndGo()
+{
+    random_t random(20);
+    points_t points;
+    curveIndex_t index;
+    double time = 0.0;
+    for (int step = 0; step < 300; ++step) {
+        const int added = random.integer(0, random.chance(0.1) ? 5000 : 40);
+        for (int i = 0; i < added; ++i) {
+            time += random.real(0.1, 2.0);
+            const double value =
+                random.chance(0.01) ? random.oneOf<double>({notANumber, infinity, -infinity, 1e300})
+                                    : random.real(-100.0, 100.0);
+            points.emplace_back(time, value, random.chance(0.02) ? Qt::red : Qt::blue);
+        }
+        const auto size = static_cast<int>(points.size());
+        const int dropped = random.integer(0, random.chance(0.05) ? size : qMin(size, 50));
+        index.dropOldest(points, static_cast<size_t>(dropped));
+        points.erase(points.begin(), points.begin() + dropped);
+        if (random.chance(0.5))
+            index.followBreaks(points, 1.5);
+
+        for (int query = 0; query < 5; ++query) {
+            const int first = random.integer(0, size - dropped);
+            const int last = random.integer(first, size - dropped);
+            const extremes_t found =
+                index.extremes(points, static_cast<size_t>(first), static_cast<size_t>(last));
+            const extremes_t wanted =
+                scan(points, static_cast<size_t>(first), static_cast<size_t>(last));
+            QCOMPARE(found.min, wanted.min);
+            QCOMPARE(found.max, wanted.max);
+        }
+        QVERIFY(index.isConsistent(points));
+    }
+    QVERIFY(index.dropped() > 0);
+    QCOMPARE(index.generation(), quint64(1)); // the gap threshold was set once
+}
+
+void tst_curveIndex::breaksTellWhereLinesChange()
+{
+    points_t points;
+    points.emplace_back(0.0, 0.0, Qt::blue);
+    points.emplace_back(1.0, 0.0, Qt::blue);
+    points.emplace_back(2.0, 0.0, Qt::red); // 2: another colour
+    points.emplace_back(3.0, 0.0, Qt::red);
+    points.emplace_back(5.0, 0.0, Qt::red); // 4: a gap, so 5 differs from it
+    points.emplace_back(6.0, 0.0, Qt::red);
+    points.emplace_back(7.0, 0.0, Qt::red);
+    points.emplace_back(8.0, notANumber, Qt::red); // 7 and 8 have no value at one end, 9 has
+    points.emplace_back(9.0, 0.0, Qt::red);
+    points.emplace_back(10.0, 0.0, Qt::red);
+    points.emplace_back(11.0, 0.0, Qt::red);
+    curveIndex_t index;
+    index.followBreaks(points, 1.5);
+    QList<int> breaks;
+    for (size_t line = 0; (line = index.nextBreak(line, points.size())) < points.size();)
+        breaks.append(static_cast<int>(line));
+    QCOMPARE(breaks, (QList<int>{2, 4, 5, 7, 8, 9}));
+    QCOMPARE(index.nextBreak(2, 3), size_t(3)); // none before the end asked for
+}
+
+void tst_curveIndex::breaksFollowTheThreshold()
+{
+    points_t points;
+    for (int i = 0; i < 10; ++i)
+        points.emplace_back(2.0 * i, 0.0, Qt::blue);
+    curveIndex_t index;
+    index.followBreaks(points, 1.0); // every line is a gap
+    QCOMPARE(index.nextBreak(1, 10), size_t(2));
+    index.followBreaks(points, 2.0); // a step as long as the threshold is none
+    QCOMPARE(index.nextBreak(1, 10), size_t(10));
+    index.followBreaks(points, notANumber);
+    QCOMPARE(index.nextBreak(1, 10), size_t(10));
+    index.followBreaks(points, -1.0);
+    QCOMPARE(index.nextBreak(1, 10), size_t(2));
+    QVERIFY(index.isConsistent(points));
+}
+
+void tst_curveIndex::startsAfreshWhenTheQueueChangesBehindItsBack()
+{
+    points_t points;
+    for (int i = 0; i < 1000; ++i)
+        points.emplace_back(i, i, Qt::blue);
+    curveIndex_t index;
+    QCOMPARE(index.extremes(points, 0, 1000).max, 999.0);
+    index.followBreaks(points, 0.5);
+
+    points.clear();
+    for (int i = 0; i < 900; ++i)
+        points.emplace_back(i + 0.25, -i, Qt::blue);
+    QCOMPARE(index.extremes(points, 0, 900).max, 0.0);
+    QCOMPARE(index.extremes(points, 0, 900).min, -899.0);
+    index.followBreaks(points, 2.0);
+    QCOMPARE(index.nextBreak(1, 900), size_t(900));
+    QVERIFY(index.isConsistent(points));
+}
+
+void tst_curveIndex::searchesTreatNanAsNoBound()
+{
+    points_t points;
+    QCOMPARE(firstNotBefore(points, 0.0), size_t(0));
+    QCOMPARE(firstAfter(points, 0.0), size_t(0));
+    for (int i = 0; i < 5; ++i)
+        points.emplace_back(i, 0.0, Qt::blue);
+    QCOMPARE(firstNotBefore(points, 2.0), size_t(2));
+    QCOMPARE(firstNotBefore(points, 2.5), size_t(3));
+    QCOMPARE(firstNotBefore(points, 9.0), size_t(5));
+    QCOMPARE(firstNotBefore(points, -infinity), size_t(0));
+    QCOMPARE(firstNotBefore(points, notANumber), size_t(0));
+    QCOMPARE(firstAfter(points, 2.0), size_t(3));
+    QCOMPARE(firstAfter(points, 2.5), size_t(3));
+    QCOMPARE(firstAfter(points, -1.0), size_t(0));
+    QCOMPARE(firstAfter(points, infinity), size_t(5));
+    QCOMPARE(firstAfter(points, notANumber), size_t(5));
+}
+
+QTEST_APPLESS_MAIN(tst_curveIndex)
+#include "tst_curveIndex.moc"

@@ -1,0 +1,49 @@
+#include "numbers_p.h"
+
+#include <QtTest>
+#include <limits>
+
+using zorbin_qt_gui::truncated;
+
+class tst_numbers : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void truncatesTowardZeroAndSaturates_data();
+    void truncatesTowardZeroAndSaturates();
+};
+
+void tst_numbers::truncatesTowardZeroAndSaturates_data()
+{
+    constexpr double infinity = std::numeric_limits<double>::infinity();
+    constexpr int intMax = 2147483647;
+    constexpr int intMin = -2147483647 - 1;
+    QTest::addColumn<double>("x");
+    QTest::addColumn<int>("wanted");
+    QTest::newRow("zero") << 0.0 << 0;
+    QTest::newRow("minus zero") << -0.0 << 0;
+    QTest::newRow("just below one") << 0.9999999 << 0;
+    QTest::newRow("just above minus one") << -0.9999999 << 0;
+    QTest::newRow("negative") << -3.7 << -3;
+    QTest::newRow("greatest int") << 2147483647.0 << intMax;
+    QTest::newRow("greatest int and a fraction") << 2147483647.5 << intMax;
+    QTest::newRow("one beyond the greatest int") << 2147483648.0 << intMax;
+    QTest::newRow("least int") << -2147483648.0 << intMin;
+    QTest::newRow("least int and a fraction") << -2147483648.5 << intMin;
+    QTest::newRow("one beyond the least int") << -2147483649.0 << intMin;
+    QTest::newRow("huge") << 1e300 << intMax;
+    QTest::newRow("minus huge") << -1e300 << intMin;
+    QTest::newRow("infinity") << infinity << intMax;
+    QTest::newRow("minus infinity") << -infinity << intMin;
+    QTest::newRow("NaN") << std::numeric_limits<double>::quiet_NaN() << 0;
+}
+
+void tst_numbers::truncatesTowardZeroAndSaturates()
+{
+    QFETCH(double, x);
+    QTEST(truncated(x), "wanted");
+}
+
+QTEST_APPLESS_MAIN(tst_numbers)
+#include "tst_numbers.moc"
