@@ -61,13 +61,19 @@ void simpleStripChartWidget_t::updateChart(double fromTime, double toTime)
 // points arrive between two frames, marking would cost more than all the rest.
 void simpleStripChartWidget_t::requestRepaint(int left, int right)
 {
-    if (left >= m_requestedLeft && right <= m_requestedRight)
-        return;
+    for (const columns_t& requested : m_requested) {
+        if (left >= requested.left && right <= requested.right)
+            return;
+    }
     update(left, 0, right - left, height());
     if (!isVisible() || !updatesEnabled())
         return; // nothing was marked
-    m_requestedLeft = left;
-    m_requestedRight = right;
+    // Keep the other one of the two if this one goes on where one of them left off.
+    const columns_t& latest = m_requested[0];
+    const bool continuesLatest = left <= latest.right && latest.left <= right;
+    if (!continuesLatest)
+        m_requested[1] = latest;
+    m_requested[0] = {left, right};
     // The toolkit may drop a request unseen, for a window that isn't exposed. So each is relied on
     // only until control is back in the event loop.
     if (!m_forgetPosted) {
@@ -78,8 +84,7 @@ void simpleStripChartWidget_t::requestRepaint(int left, int right)
 
 void simpleStripChartWidget_t::forgetRequests()
 {
-    m_requestedLeft = 0;
-    m_requestedRight = 0;
+    m_requested[0] = m_requested[1] = {};
 }
 
 void simpleStripChartWidget_t::timeScroll(int pixels)

@@ -51,9 +51,14 @@ private:
     double m_lastPointerX = 0.0;          // widget pixels
     double m_lastPointerY = 0.0;
     bool m_pointerInView = false;
-    // Columns [left, right) that are sure to be repainted already; empty when none are.
-    int m_requestedLeft = 0;
-    int m_requestedRight = 0;
+    // Columns [left, right) that are sure to be repainted already; empty when none are. Two,
+    // because points come in at one end of a curve and age out at the other.
+    struct columns_t
+    {
+        int left = 0;
+        int right = 0;
+    };
+    columns_t m_requested[2];
     bool m_forgetPosted = false; // whether an event is on its way that empties them
 };
 } // namespace zorbin_qt_gui

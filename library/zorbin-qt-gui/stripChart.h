@@ -20,7 +20,7 @@ class stripChartImpl_t;
 /// The chart owns the curves added to it and deletes those still in it when it is destroyed. A
 /// curve may be deleted before its chart; it then leaves the chart by itself. GUI thread only.
 ///
-/// \image html stripChart.png
+/// \image html surveyConsole.png
 class ZORBIN_QT_GUI_EXPORT stripChart_t : public QWidget
 {
     Q_OBJECT
