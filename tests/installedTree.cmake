@@ -1,0 +1,73 @@
+# Tests of what others get: the exported names, the installed tree, and programs built against it
+# (tests/consumer).
+find_program(PKG_CONFIG_EXECUTABLE pkg-config REQUIRED)
+set(check_library ${CMAKE_CURRENT_SOURCE_DIR}/consumer/checkLibrary)
+set(install_tree ${CMAKE_CURRENT_SOURCE_DIR}/consumer/installTree)
+set(consumer_dir ${CMAKE_CURRENT_BINARY_DIR}/consumer)
+set(prefix ${consumer_dir}/prefix)
+separate_arguments(compiler_flags UNIX_COMMAND "${CMAKE_CXX_FLAGS}")
+
+# The compiler and its flags are those of this build: a sanitizer must be in every library and program of a process.
+set(build_options
+    -DCMAKE_CXX_COMPILER=${CMAKE_CXX_COMPILER}
+    -DCMAKE_CXX_COMPILER_LAUNCHER=${CMAKE_CXX_COMPILER_LAUNCHER}
+    -DCMAKE_CXX_FLAGS=${CMAKE_CXX_FLAGS})
+
+add_test(NAME installedTree
+    COMMAND ${install_tree} ${PROJECT_BINARY_DIR} ${prefix})
+set_tests_properties(installedTree PROPERTIES FIXTURES_SETUP installedTree)
+
+add_test(NAME consumerThroughCMake
+    COMMAND ${CMAKE_CTEST_COMMAND} --build-and-test
+        ${CMAKE_CURRENT_SOURCE_DIR}/consumer ${consumer_dir}/cmake
+        --build-generator ${CMAKE_GENERATOR} --build-noclean
+        --build-options ${build_options} -DCMAKE_PREFIX_PATH=${prefix}
+        --test-command ${consumer_dir}/cmake/consumer)
+add_test(NAME consumerThroughPkgConfig
+    COMMAND ${CMAKE_CURRENT_SOURCE_DIR}/consumer/buildWithPkgConfig
+        ${prefix} ${consumer_dir}/consumerThroughPkgConfig
+        ${CMAKE_CXX_COMPILER_LAUNCHER} ${CMAKE_CXX_COMPILER} ${compiler_flags})
+set_tests_properties(consumerThroughCMake consumerThroughPkgConfig PROPERTIES
+    FIXTURES_REQUIRED installedTree
+    ENVIRONMENT QT_QPA_PLATFORM=offscreen)
+
+add_test(NAME exportedNames_zorbin-qt-gui
+    COMMAND ${check_library} $<TARGET_FILE:zorbin-qt-gui>
+        libzorbin-qt-gui.so.${PROJECT_VERSION_MAJOR} zorbin_qt_gui)
+
+if(ZORBIN_COMPANIONS STREQUAL "bundled")
+    add_test(NAME exportedNames_zorbin
+        COMMAND ${check_library} $<TARGET_FILE:zorbin>
+            libzorbin.so.${PROJECT_VERSION_MAJOR} zorbin zorbinport)
+    add_test(NAME exportedNames_zorbin-qt
+        COMMAND ${check_library} $<TARGET_FILE:zorbin-qt>
+            libzorbin-qt.so.${PROJECT_VERSION_MAJOR} zorbin_qt)
+
+    # A site with companions of its own: they are installed alone, the library is built against them
+    # and installed elsewhere, and a program takes both from there.
+    set(companions ${consumer_dir}/companions)
+    set(site_build ${consumer_dir}/siteBuild)
+    set(site_prefix ${consumer_dir}/site)
+    add_test(NAME companionsAlone
+        COMMAND ${install_tree} ${PROJECT_BINARY_DIR} ${companions} zorbin zorbin-qt)
+    set_tests_properties(companionsAlone PROPERTIES FIXTURES_SETUP companions)
+    add_test(NAME libraryWithInstalledCompanions
+        COMMAND ${CMAKE_CTEST_COMMAND} --build-and-test ${PROJECT_SOURCE_DIR} ${site_build}
+            --build-generator ${CMAKE_GENERATOR} --build-noclean
+            --build-options ${build_options} -DCMAKE_PREFIX_PATH=${companions}
+                -DZORBIN_QT_MAJOR=${ZORBIN_QT_MAJOR} -DZORBIN_COMPANIONS=installed
+                -DZORBIN_BUILD_TESTS=OFF -DZORBIN_BUILD_EXAMPLES=OFF
+            --test-command ${install_tree} ${site_build} ${site_prefix})
+    set_tests_properties(libraryWithInstalledCompanions PROPERTIES
+        FIXTURES_REQUIRED companions
+        FIXTURES_SETUP site)
+    add_test(NAME consumerWithInstalledCompanions
+        COMMAND ${CMAKE_CTEST_COMMAND} --build-and-test
+            ${CMAKE_CURRENT_SOURCE_DIR}/consumer ${consumer_dir}/siteConsumer
+            --build-generator ${CMAKE_GENERATOR} --build-noclean --build-target consumer
+            --build-options ${build_options}
+            --test-command ${consumer_dir}/siteConsumer/consumer)
+    set_tests_properties(consumerWithInstalledCompanions PROPERTIES
+        FIXTURES_REQUIRED "companions;site"
+        ENVIRONMENT "QT_QPA_PLATFORM=offscreen;CMAKE_PREFIX_PATH=${site_prefix}:${companions}")
+endif()
