@@ -254,8 +254,8 @@ void rescale(const std::string& name, const options_t& options, int points)
 }
 
 // Adding to a long history of which the last minute is on show: the window runs ahead by 20 s, the
-// points that belong there are added, and the frame is painted. Prints the speed of the adding
-// alone and, as NAME-all, with everything else.
+// points that belong there are added and as many old ones dropped, and the frame is painted. Prints
+// the speed of all that but for the painting and, as NAME-all, with it.
 void append(const std::string& name, const options_t& options, int history, int batch)
 {
     const double rate = 1000.0;
@@ -273,7 +273,6 @@ void append(const std::string& name, const options_t& options, int history, int 
         samples = waveform.block(0, first, pointsPerFrame);
         const double start = cpuSeconds();
         stage->scrollTime(samples.back().time);
-        const double scrolled = cpuSeconds();
         if (batch == 1) {
             for (const sample_t& sample : samples)
                 stage->addPoint(0, sample);
@@ -285,7 +284,7 @@ void append(const std::string& name, const options_t& options, int history, int 
         stage.endFrame();
         if (first == history)
             continue; // to warm up
-        adding += finished - scrolled;
+        adding += finished - start;
         all += cpuSeconds() - start;
         added += pointsPerFrame;
     }
