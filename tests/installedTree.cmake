@@ -28,8 +28,7 @@ add_test(NAME consumerThroughPkgConfig
         ${prefix} ${consumer_dir}/consumerThroughPkgConfig
         ${CMAKE_CXX_COMPILER_LAUNCHER} ${CMAKE_CXX_COMPILER} ${compiler_flags})
 set_tests_properties(consumerThroughCMake consumerThroughPkgConfig PROPERTIES
-    FIXTURES_REQUIRED installedTree
-    ENVIRONMENT QT_QPA_PLATFORM=offscreen)
+    FIXTURES_REQUIRED installedTree)
 
 add_test(NAME exportedNames_zorbin-qt-gui
     COMMAND ${check_library} $<TARGET_FILE:zorbin-qt-gui>
@@ -69,5 +68,5 @@ if(ZORBIN_COMPANIONS STREQUAL "bundled")
             --test-command ${consumer_dir}/siteConsumer/consumer)
     set_tests_properties(consumerWithInstalledCompanions PROPERTIES
         FIXTURES_REQUIRED "companions;site"
-        ENVIRONMENT "QT_QPA_PLATFORM=offscreen;CMAKE_PREFIX_PATH=${site_prefix}:${companions}")
+        ENVIRONMENT CMAKE_PREFIX_PATH=${site_prefix}:${companions})
 endif()
