@@ -54,8 +54,8 @@ bool readNumber(const QCommandLineParser& parser, const QCommandLineOption& opti
     return true;
 }
 
-// Ends the program for --help and --version; false, after a message, for options that are wrong.
-bool readOptions(QCoreApplication* application, options_t* options)
+// Ends the program for --help; false, after a message, for options that are wrong.
+bool readOptions(options_t* options)
 {
     QCommandLineParser parser;
     parser.setApplicationDescription(QStringLiteral(
@@ -75,15 +75,23 @@ bool readOptions(QCoreApplication* application, options_t* options)
         QStringLiteral("Replay the first seven minutes at once, write a picture of the window to "
                        "FILE and quit."),
         QStringLiteral("FILE"));
-    parser.addHelpOption();
+    const QCommandLineOption help = parser.addHelpOption();
     parser.addOptions({recording, speed, duration, screenshot});
-    parser.process(*application);
-
+    if (!parser.parse(QCoreApplication::arguments())) {
+        complain(parser.errorText());
+        return false;
+    }
+    if (parser.isSet(help))
+        parser.showHelp();
     options->recording = parser.value(recording);
     options->screenshot = parser.value(screenshot);
     if (!parser.positionalArguments().isEmpty()) {
         complain(QStringLiteral("unexpected argument '%1'")
                      .arg(parser.positionalArguments().constFirst()));
+        return false;
+    }
+    if (parser.isSet(screenshot) && options->screenshot.isEmpty()) {
+        complain(QStringLiteral("--screenshot takes a file name"));
         return false;
     }
     return readNumber(parser, speed, replayClock_t::MIN_SPEED, replayClock_t::MAX_SPEED,
@@ -117,7 +125,7 @@ int main(int argc, char* argv[])
     QApplication application(argc, argv);
     QApplication::setApplicationName(QStringLiteral("surveyConsole"));
     options_t options;
-    if (!readOptions(&application, &options))
+    if (!readOptions(&options))
         return EXIT_BAD_USAGE;
     readResult_t result = readRecording(options.recording);
     if (!result.error.isEmpty()) {

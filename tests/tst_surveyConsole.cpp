@@ -1,0 +1,776 @@
+#include "chartPanel.h"
+#include "mainWindow.h"
+#include "pictures.h"
+#include "stripChart.h"
+#include "texts.h"
+
+#include <QComboBox>
+#include <QFile>
+#include <QLabel>
+#include <QProcess>
+#include <QPushButton>
+#include <QSlider>
+#include <QTemporaryDir>
+#include <QTest>
+#include <cmath>
+#include <limits>
+#include <memory>
+
+using namespace survey_console;
+using zorbin_qt_gui::stripChart_t;
+
+namespace {
+
+const double START = 1406851200.0; // 2014-08-01 00:00:00 UTC
+const double LENGTH = 600.0;       // s
+enum panel_t
+{
+    PANEL_DEPTH,
+    PANEL_HEADING,
+    PANEL_SPEED,
+    PANEL_COURSE,
+    PANEL_ATTITUDE,
+    PANEL_HEAVE
+};
+
+// Ten minutes: a sounding every 10 s, 100 m growing by 1 m each, none from 200 s to 300 s; once a
+// second a gyro heading that swings 5 deg to both sides of north.
+readResult_t testLine()
+{
+    readResult_t line;
+    for (int second = 0; second <= 600; ++second) {
+        const double time = START + second;
+        if (second % 10 == 0 && (second <= 200 || second >= 300))
+            line.recording.add(CHANNEL_DEPTH, "SDDPT", {time, 100.0 + second / 10});
+        const double swing = 5.0 * std::sin(second * 0.1);
+        line.recording.add(CHANNEL_GYRO_HEADING, "HEHDT",
+                           {time, swing < 0.0 ? swing + 360.0 : swing});
+    }
+    return line;
+}
+
+// The console over the test line, its real time set by hand.
+struct console_t
+{
+    double realTime = 0.0;
+    mainWindow_t window{"test line", testLine(), [this] { return realTime; }};
+
+    console_t()
+    {
+        window.resize(1280, 800);
+        window.show();
+        window.activateWindow();
+    }
+
+    bool isReady()
+    {
+        const bool active = QTest::qWaitForWindowActive(&window);
+        QCoreApplication::processEvents(); // what the layout queued
+        return active;
+    }
+
+    replayClock_t* clock() { return window.clock(); }
+    double elapsed() { return window.clock()->time() - START; }
+
+    void pass(double seconds)
+    {
+        realTime += seconds;
+        window.clock()->advance();
+    }
+
+    template <typename widget_t>
+    widget_t* find(const char* name)
+    {
+        return window.findChild<widget_t*>(name);
+    }
+
+    chartPanel_t* panel(panel_t index) { return window.chartPanels().at(index); }
+    stripChart_t* chart(panel_t index) { return panel(index)->chart(); }
+    QLabel* label(panel_t index, const char* name)
+    {
+        return panel(index)->findChild<QLabel*>(name);
+    }
+    QString text(panel_t index, const char* name) { return label(index, name)->text(); }
+
+    // The chart's drawing area.
+    QWidget* area(panel_t index) { return chart(index)->findChild<QWidget*>(); }
+};
+
+struct outcome_t
+{
+    int exitCode; // -1: crashed or hung
+    QString out;
+    QString err;
+};
+
+outcome_t runConsole(const QStringList& arguments)
+{
+    const QTemporaryDir runtimeDirectory; // without one Qt says so
+    QProcess process;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert("XDG_RUNTIME_DIR", runtimeDirectory.path());
+    process.setProcessEnvironment(environment);
+    process.start(SURVEY_CONSOLE_PROGRAM, arguments);
+    const bool finished = process.waitForFinished(60000);
+    return {finished && process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1,
+            QString::fromUtf8(process.readAllStandardOutput()),
+            QString::fromUtf8(process.readAllStandardError())};
+}
+
+} // namespace
+
+class tst_surveyConsole : public QObject
+{
+    Q_OBJECT
+private Q_SLOTS:
+    // the window
+    void startsPausedAtTheStart();
+    void resumesAndPausesByTheButton();
+    void resumesAndPausesBySpace();
+    void runsByItsOwnTimer();
+    void seeksByKeys_data();
+    void seeksByKeys();
+    void seeksWhereTheSliderIsClicked();
+    void sliderFollowsWithoutSeeking();
+    void changesTheSpeedByTheBox();
+    void listsASpeedOfItsOwn();
+    void changesTheTimeWindowByTheBox();
+    void showsTheEndOfTheLine();
+    void showsCurrentValues();
+    void dimsAValueThatIsOld();
+    void saysWhatIsNotRecorded();
+    void depthGrowsDownwards();
+    void headingDoesNotJumpAtNorth();
+    void boundsStandBesideTheChart();
+    void readsOutThePointer();
+    void drawsAGapFaded();
+    void looksTheSameAfterSeekingBack();
+    void endsTheWindowAtTheTimeAfterResizing();
+    void fitsTheScreen_data();
+    void fitsTheScreen();
+    void namesDamage();
+    // texts
+    void writesTimes_data();
+    void writesTimes();
+    void writesAngles_data();
+    void writesAngles();
+    void writesValuesWithoutMinusZero();
+    void writesPositions_data();
+    void writesPositions();
+    // the program
+    void writesAScreenshot();
+    void screenshotsAreAlike();
+    void replaysTheBoat();
+    void quitsAfterTheDuration();
+    void printsHelp();
+    void refusesBadOptions_data();
+    void refusesBadOptions();
+    void refusesBadRecordings_data();
+    void refusesBadRecordings();
+    void reportsDamagedLines();
+    void reportsAPictureItCannotWrite();
+};
+
+void tst_surveyConsole::startsPausedAtTheStart()
+{
+    console_t console;
+    QVERIFY(console.isReady());
+    QCOMPARE(console.elapsed(), 0.0);
+    QCOMPARE(console.find<QPushButton>("pauseButton")->text(), QStringLiteral("Resume"));
+    QCOMPARE(console.find<QLabel>("stateLabel")->text(), QStringLiteral("PAUSED"));
+    QCOMPARE(console.find<QLabel>("timeLabel")->text(), QStringLiteral("2014-08-01  00:00:00 UTC"));
+}
+
+void tst_surveyConsole::resumesAndPausesByTheButton()
+{
+    console_t console;
+    QVERIFY(console.isReady());
+    auto* button = console.find<QPushButton>("pauseButton");
+    QTest::mouseClick(button, Qt::LeftButton);
+    QCOMPARE(button->text(), QStringLiteral("Pause"));
+    QCOMPARE(console.find<QLabel>("stateLabel")->text(), QStringLiteral("REPLAY 1\u00d7"));
+    console.pass(30.0);
+    QCOMPARE(console.elapsed(), 30.0);
+    QCOMPARE(console.find<QLabel>("timeLabel")->text(), QStringLiteral("2014-08-01  00:00:30 UTC"));
+    QTest::mouseClick(button, Qt::LeftButton);
+    console.pass(30.0);
+    QCOMPARE(console.elapsed(), 30.0);
+    QCOMPARE(console.find<QLabel>("stateLabel")->text(), QStringLiteral("PAUSED"));
+}
+
+void tst_surveyConsole::resumesAndPausesBySpace()
+{
+    console_t console;
+    QVERIFY(console.isReady());
+    // Also with the focus where Space means something else.
+    console.find<QComboBox>("speedBox")->setFocus();
+    QTest::keyClick(console.find<QComboBox>("speedBox"), Qt::Key_Space);
+    QVERIFY(console.clock()->isRunning());
+    console.find<QPushButton>("pauseButton")->setFocus();
+    QTest::keyClick(console.find<QPushButton>("pauseButton"), Qt::Key_Space);
+    QVERIFY(!console.clock()->isRunning());
+}
+
+void tst_surveyConsole::runsByItsOwnTimer()
+{
+    console_t console;
+    QVERIFY(console.isReady());
+    QTest::mouseClick(console.find<QPushButton>("pauseButton"), Qt::LeftButton);
+    console.realTime += 2.0; // nobody calls advance()
+    QTRY_COMPARE(console.elapsed(), 2.0);
+}
+
+void tst_surveyConsole::seeksByKeys_data()
+{
+    QTest::addColumn<int>("key");
+    QTest::addColumn<double>("elapsed");
+    QTest::newRow("Left") << int(Qt::Key_Left) << 290.0;
+    QTest::newRow("Right") << int(Qt::Key_Right) << 310.0;
+    QTest::newRow("Page Up") << int(Qt::Key_PageUp) << 240.0;
+    QTest::newRow("Page Down") << int(Qt::Key_PageDown) << 360.0;
+    QTest::newRow("Home") << int(Qt::Key_Home) << 0.0;
+    QTest::newRow("End") << int(Qt::Key_End) << 600.0;
+}
+
+void tst_surveyConsole::seeksByKeys()
+{
+    QFETCH(int, key);
+    QFETCH(double, elapsed);
+    console_t console;
+    QVERIFY(console.isReady());
+    console.clock()->seek(START + 300.0);
+    QTest::keyClick(&console.window, static_cast<Qt::Key>(key));
+    QCOMPARE(console.elapsed(), elapsed);
+    console.clock()->seek(START + 300.0);
+    auto* slider = console.find<QSlider>("seekSlider"); // has a meaning of its own for each
+    slider->setFocus();
+    QTest::keyClick(slider, static_cast<Qt::Key>(key));
+    QCOMPARE(console.elapsed(), elapsed);
+}
+
+void tst_surveyConsole::seeksWhereTheSliderIsClicked()
+{
+    console_t console;
+    QVERIFY(console.isReady());
+    auto* slider = console.find<QSlider>("seekSlider");
+    for (const double share : {0.75, 0.25}) {
+        const int x = static_cast<int>(slider->width() * share);
+        QTest::mouseClick(slider, Qt::LeftButton, Qt::KeyboardModifiers(),
+                          QPoint(x, slider->height() / 2));
+        QVERIFY2(std::fabs(console.elapsed() - LENGTH * share) < LENGTH / slider->width() * 2.0,
+                 qPrintable(QString::number(console.elapsed())));
+        QCOMPARE(console.chart(PANEL_DEPTH)->maxTimeBound(), console.clock()->time());
+    }
+}
+
+void tst_surveyConsole::sliderFollowsWithoutSeeking()
+{
+    console_t console;
+    QVERIFY(console.isReady());
+    console.clock()->setRunning(true);
+    console.pass(123.456789);
+    QCOMPARE(console.elapsed(), 123.456789 + START - START); // as far as a double tells
+    auto* slider = console.find<QSlider>("seekSlider");
+    QCOMPARE(slider->value(), 2058); // 123.46 s of 600 s, in ten thousandths
+}
+
+void tst_surveyConsole::changesTheSpeedByTheBox()
+{
+    console_t console;
+    QVERIFY(console.isReady());
+    auto* box = console.find<QComboBox>("speedBox");
+    QCOMPARE(box->currentText(), QStringLiteral("1\u00d7"));
+    box->setFocus();
+    QTest::keyClick(box, Qt::Key_Down);
+    QCOMPARE(console.clock()->speed(), 2.0);
+    for (int i = 0; i < 10; ++i)
+        QTest::keyClick(box, Qt::Key_Down);
+    QCOMPARE(console.clock()->speed(), 100.0);
+    console.clock()->setRunning(true);
+    QCOMPARE(console.find<QLabel>("stateLabel")->text(), QStringLiteral("REPLAY 100\u00d7"));
+}
+
+void tst_surveyConsole::listsASpeedOfItsOwn()
+{
+    console_t console;
+    auto* box = console.find<QComboBox>("speedBox");
+    const int count = box->count();
+    console.clock()->setSpeed(7.5);
+    QCOMPARE(box->currentText(), QStringLiteral("7.5\u00d7"));
+    QCOMPARE(box->count(), count + 1);
+    console.clock()->setSpeed(5.0);
+    QCOMPARE(box->currentText(), QStringLiteral("5\u00d7"));
+    console.clock()->setSpeed(7.5);
+    QCOMPARE(box->count(), count + 1);
+}
+
+void tst_surveyConsole::changesTheTimeWindowByTheBox()
+{
+    console_t console;
+    QVERIFY(console.isReady());
+    console.clock()->seek(START + 400.0);
+    QCOMPARE(console.chart(PANEL_DEPTH)->minTimeBound(), START + 100.0); // five minutes
+    auto* box = console.find<QComboBox>("spanBox");
+    QCOMPARE(box->currentText(), QStringLiteral("5 min"));
+    box->setFocus();
+    QTest::keyClick(box, Qt::Key_Up);
+    QCOMPARE(console.chart(PANEL_DEPTH)->minTimeBound(), START + 280.0);
+    QCOMPARE(console.chart(PANEL_DEPTH)->maxTimeBound(), START + 400.0);
+    QCOMPARE(console.chart(PANEL_HEAVE)->minTimeBound(), START + 280.0);
+}
+
+void tst_surveyConsole::showsTheEndOfTheLine()
+{
+    console_t console;
+    QVERIFY(console.isReady());
+    console.clock()->setRunning(true);
+    console.pass(601.0);
+    QCOMPARE(console.elapsed(), 600.0);
+    QCOMPARE(console.find<QLabel>("stateLabel")->text(), QStringLiteral("END OF LINE"));
+    QCOMPARE(console.text(PANEL_DEPTH, "valueLabel0"), QStringLiteral("160.0"));
+    QTest::mouseClick(console.find<QPushButton>("pauseButton"), Qt::LeftButton);
+    QCOMPARE(console.elapsed(), 0.0);
+    QCOMPARE(console.find<QLabel>("stateLabel")->text(), QStringLiteral("REPLAY 1\u00d7"));
+    QCOMPARE(console.text(PANEL_DEPTH, "valueLabel0"), QStringLiteral("100.0"));
+}
+
+void tst_surveyConsole::showsCurrentValues()
+{
+    console_t console;
+    QVERIFY(console.isReady());
+    console.clock()->setRunning(true);
+    console.pass(59.0);
+    QCOMPARE(console.text(PANEL_DEPTH, "valueLabel0"), QStringLiteral("105.0")); // of 50 s
+    console.pass(1.0);
+    QCOMPARE(console.text(PANEL_DEPTH, "valueLabel0"), QStringLiteral("106.0"));
+    // 5 deg * sin(6.0) = -1.397 deg
+    QCOMPARE(console.text(PANEL_HEADING, "valueLabel0"), QStringLiteral("358.6"));
+}
+
+void tst_surveyConsole::dimsAValueThatIsOld()
+{
+    console_t console;
+    QVERIFY(console.isReady());
+    const auto color = [&] {
+        return console.label(PANEL_DEPTH, "valueLabel0")->palette().color(QPalette::WindowText);
+    };
+    console.clock()->seek(START + 218.0); // 18 s after the last sounding, 1.8 times the usual step
+    const QColor fresh = color();
+    console.clock()->seek(START + 218.1);
+    QVERIFY(color() != fresh);
+    console.clock()->seek(START + 300.0);
+    QCOMPARE(color(), fresh);
+}
+
+void tst_surveyConsole::saysWhatIsNotRecorded()
+{
+    console_t console;
+    QVERIFY(!console.panel(PANEL_DEPTH)->findChild<QLabel*>("missingLabel"));
+    QVERIFY(!console.panel(PANEL_HEADING)->findChild<QLabel*>("missingLabel"));
+    for (const panel_t panel : {PANEL_SPEED, PANEL_COURSE, PANEL_ATTITUDE, PANEL_HEAVE}) {
+        QCOMPARE(console.text(panel, "missingLabel"), QStringLiteral("not recorded"));
+        QCOMPARE(console.text(panel, "topLabel"), QString());
+    }
+}
+
+void tst_surveyConsole::depthGrowsDownwards()
+{
+    console_t console;
+    QVERIFY(console.isReady());
+    console.clock()->seek(START + 200.0);
+    QVERIFY(console.text(PANEL_DEPTH, "topLabel").toDouble() < 100.0);
+    QVERIFY(console.text(PANEL_DEPTH, "topLabel").toDouble() > 80.0);
+    QVERIFY(console.text(PANEL_DEPTH, "bottomLabel").toDouble() > 120.0);
+    QVERIFY(console.text(PANEL_DEPTH, "bottomLabel").toDouble() < 140.0);
+}
+
+void tst_surveyConsole::headingDoesNotJumpAtNorth()
+{
+    console_t console;
+    QVERIFY(console.isReady());
+    console.clock()->seek(START + 600.0);
+    const double range = console.chart(PANEL_HEADING)->maxValueBound() -
+                         console.chart(PANEL_HEADING)->minValueBound();
+    QVERIFY2(range > 10.0 && range < 20.0, qPrintable(QString::number(range)));
+    QVERIFY(console.text(PANEL_HEADING, "bottomLabel").toDouble() > 350.0);
+    QVERIFY(console.text(PANEL_HEADING, "topLabel").toDouble() < 10.0);
+}
+
+void tst_surveyConsole::boundsStandBesideTheChart()
+{
+    console_t console;
+    QVERIFY(console.isReady());
+    console.clock()->seek(START + 400.0);
+    QCOMPARE(console.text(PANEL_DEPTH, "leftLabel"), QStringLiteral("00:01:40"));
+    QCOMPARE(console.text(PANEL_DEPTH, "rightLabel"), QStringLiteral("00:06:40"));
+    QCOMPARE(console.text(PANEL_DEPTH, "topLabel"),
+             valueText(-console.chart(PANEL_DEPTH)->maxValueBound(), 1));
+    QCOMPARE(console.text(PANEL_DEPTH, "bottomLabel"),
+             valueText(-console.chart(PANEL_DEPTH)->minValueBound(), 1));
+    console.chart(PANEL_DEPTH)->valueBounds(-250.0, -50.0);
+    QCOMPARE(console.text(PANEL_DEPTH, "topLabel"), QStringLiteral("50.0"));
+    QCOMPARE(console.text(PANEL_DEPTH, "bottomLabel"), QStringLiteral("250.0"));
+}
+
+void tst_surveyConsole::readsOutThePointer()
+{
+    console_t console;
+    QVERIFY(console.isReady());
+    console.clock()->seek(START + 400.0);
+    console.chart(PANEL_DEPTH)->valueBounds(-200.0, 0.0);
+    QWidget* area = console.area(PANEL_DEPTH);
+    QCOMPARE(console.text(PANEL_DEPTH, "pointerLabel"), QString());
+    const QPoint pointer(area->width() / 4, area->height() / 2);
+    QTest::mouseMove(area, pointer);
+    const double time = START + 100.0 + 300.0 * pointer.x() / area->width();
+    const double depth = 200.0 * pointer.y() / area->height();
+    QTRY_COMPARE(console.text(PANEL_DEPTH, "pointerLabel"),
+                 QStringLiteral("%1  %2 m").arg(timeText(time, 1), valueText(depth, 1)));
+    QTest::mouseMove(console.find<QLabel>("timeLabel"));
+    QTRY_COMPARE(console.text(PANEL_DEPTH, "pointerLabel"), QString());
+}
+
+void tst_surveyConsole::drawsAGapFaded()
+{
+    console_t console;
+    QVERIFY(console.isReady());
+    console.clock()->seek(START + 400.0);
+    const QImage picture = snapshot(*console.area(PANEL_DEPTH));
+    const auto brightestAt = [&](double elapsed) {
+        const int x = static_cast<int>((elapsed - 100.0) / 300.0 * picture.width());
+        int brightest = 0;
+        for (int y = 0; y < picture.height(); ++y)
+            brightest = std::max(brightest, qGreen(picture.pixel(x, y)));
+        return brightest;
+    };
+    QVERIFY(brightestAt(150.0) > 150); // soundings
+    QVERIFY(brightestAt(350.0) > 150);
+    QVERIFY(brightestAt(250.0) < 100); // from 200 s to 300 s there are none
+    QVERIFY(brightestAt(250.0) > 30);
+}
+
+void tst_surveyConsole::looksTheSameAfterSeekingBack()
+{
+    console_t console;
+    QVERIFY(console.isReady());
+    console.chart(PANEL_DEPTH)->valueBounds(-200.0, 0.0); // autoscale depends on what was before
+    console.chart(PANEL_HEADING)->valueBounds(-10.0, 10.0);
+    console.clock()->setRunning(true);
+    for (int frame = 0; frame < 349; ++frame)
+        console.pass(1.0);
+    console.clock()->seek(START + 350.0); // the window ends there, not at a whole pixel
+    const QImage depth = snapshot(*console.area(PANEL_DEPTH));
+    const QImage heading = snapshot(*console.area(PANEL_HEADING));
+
+    console.clock()->seek(START + 600.0);
+    QVERIFY(snapshot(*console.area(PANEL_DEPTH)) != depth);
+    QVERIFY(snapshot(*console.area(PANEL_HEADING)) != heading);
+    console.clock()->seek(START + 350.0);
+    QCOMPARE(firstDifference(snapshot(*console.area(PANEL_DEPTH)), depth), QString());
+    QCOMPARE(firstDifference(snapshot(*console.area(PANEL_HEADING)), heading), QString());
+    QCOMPARE(console.text(PANEL_DEPTH, "valueLabel0"), QStringLiteral("135.0"));
+}
+
+void tst_surveyConsole::endsTheWindowAtTheTimeAfterResizing()
+{
+    console_t console;
+    QVERIFY(console.isReady());
+    console.clock()->seek(START + 400.0);
+    console.window.resize(1900, 1000);
+    QTRY_VERIFY(console.window.width() == 1900);
+    QCoreApplication::processEvents();
+    console.clock()->setRunning(true);
+    console.pass(1.0);
+    stripChart_t* chart = console.chart(PANEL_DEPTH);
+    const double pixel = 300.0 / chart->width();
+    QVERIFY2(chart->maxTimeBound() >= START + 401.0 &&
+                 chart->maxTimeBound() <= START + 401.0 + pixel,
+             qPrintable(QString::number(chart->maxTimeBound() - START)));
+    QVERIFY(std::fabs(chart->maxTimeBound() - chart->minTimeBound() - 300.0) < 1e-6);
+}
+
+void tst_surveyConsole::fitsTheScreen_data()
+{
+    QTest::addColumn<QSize>("size");
+    QTest::newRow("small") << QSize(1280, 800);
+    QTest::newRow("large") << QSize(1920, 1080);
+}
+
+// Every text has the room it asks for.
+void tst_surveyConsole::fitsTheScreen()
+{
+    QFETCH(QSize, size);
+    readResult_t ship = readRecording(EXAMPLE_DATA "/nbp1406-underway/underway-10min.log");
+    QCOMPARE(ship.error, QString());
+    mainWindow_t window("underway-10min.log", std::move(ship), [] { return 0.0; });
+    window.resize(size);
+    window.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&window));
+    window.clock()->seek(window.clock()->start() + 500.0);
+    QCoreApplication::processEvents();
+    QCOMPARE(window.size(), size);
+    for (const QLabel* label : window.findChildren<QLabel*>()) {
+        QVERIFY2(label->width() >= label->sizeHint().width(), qPrintable(label->text()));
+        QVERIFY2(label->height() >= label->sizeHint().height(), qPrintable(label->text()));
+    }
+    for (const chartPanel_t* panel : window.chartPanels())
+        QVERIFY(panel->chart()->height() >= size.height() / 5);
+}
+
+void tst_surveyConsole::namesDamage()
+{
+    readResult_t line = testLine();
+    line.counts.bad = 3;
+    mainWindow_t window("test line", std::move(line), [] { return 0.0; });
+    QCOMPARE(window.findChild<QLabel*>("damageLabel")->text(),
+             QStringLiteral("3 damaged lines skipped"));
+    console_t sound;
+    QCOMPARE(sound.find<QLabel>("damageLabel")->text(), QString());
+}
+
+void tst_surveyConsole::writesTimes_data()
+{
+    QTest::addColumn<double>("time");
+    QTest::addColumn<QString>("seconds");
+    QTest::addColumn<QString>("tenths");
+    QTest::addColumn<QString>("date");
+    const QString none = noValueText();
+    QTest::newRow("ship") << START + 205.47 << "00:03:25"
+                          << "00:03:25.4"
+                          << "2014-08-01";
+    QTest::newRow("just before midnight") << START - 0.01 << "23:59:59"
+                                          << "23:59:59.9"
+                                          << "2014-07-31";
+    QTest::newRow("zero") << 0.0 << "00:00:00"
+                          << "00:00:00.0"
+                          << "1970-01-01";
+    QTest::newRow("last") << 253402300799.0 << "23:59:59"
+                          << "23:59:59.0"
+                          << "9999-12-31";
+    QTest::newRow("after the last") << 253402300800.0 << none << none << none;
+    QTest::newRow("negative") << -1.0 << none << none << none;
+    QTest::newRow("NaN") << std::nan("") << none << none << none;
+    QTest::newRow("infinite") << HUGE_VAL << none << none << none;
+}
+
+void tst_surveyConsole::writesTimes()
+{
+    QFETCH(double, time);
+    QFETCH(QString, seconds);
+    QFETCH(QString, tenths);
+    QFETCH(QString, date);
+    QCOMPARE(timeText(time), seconds);
+    QCOMPARE(timeText(time, 1), tenths);
+    QCOMPARE(dateText(time), date);
+}
+
+void tst_surveyConsole::writesAngles_data()
+{
+    QTest::addColumn<double>("degrees");
+    QTest::addColumn<QString>("text");
+    QTest::newRow("plain") << 218.53 << "218.5";
+    QTest::newRow("north") << 0.0 << "0.0";
+    QTest::newRow("a turn") << 360.0 << "0.0";
+    QTest::newRow("rounds to a turn") << 359.96 << "0.0";
+    QTest::newRow("rounds below a turn") << 359.94 << "359.9";
+    QTest::newRow("left of north") << -1.4 << "358.6";
+    QTest::newRow("a little left of north") << -0.04 << "0.0";
+    QTest::newRow("turns") << 730.5 << "10.5";
+    QTest::newRow("NaN") << std::nan("") << noValueText();
+    QTest::newRow("infinite") << -HUGE_VAL << noValueText();
+}
+
+void tst_surveyConsole::writesAngles()
+{
+    QFETCH(double, degrees);
+    QFETCH(QString, text);
+    QCOMPARE(angleText(degrees, 1), text);
+}
+
+void tst_surveyConsole::writesValuesWithoutMinusZero()
+{
+    QCOMPARE(valueText(-0.04, 1), QStringLiteral("0.0"));
+    QCOMPARE(valueText(-0.0, 2), QStringLiteral("0.00"));
+    QCOMPARE(valueText(-0.06, 1), QStringLiteral("-0.1"));
+    QCOMPARE(valueText(4674.7, 1), QStringLiteral("4674.7"));
+    QCOMPARE(valueText(1e300, 0).size(), 301);
+    QCOMPARE(valueText(HUGE_VAL, 1), noValueText());
+    QCOMPARE(valueText(std::nan(""), 1), noValueText());
+    QCOMPARE(durationText(3909.7), QStringLiteral("1:05:09"));
+    QCOMPARE(durationText(0.0), QStringLiteral("0:00:00"));
+}
+
+void tst_surveyConsole::writesPositions_data()
+{
+    QTest::addColumn<double>("latitude");
+    QTest::addColumn<double>("longitude");
+    QTest::addColumn<QString>("text");
+    QTest::newRow("south west") << -22.00184832 << -17.93932387
+                                << "22\u00b000.111' S  017\u00b056.359' W";
+    QTest::newRow("north east") << 60.08451667 << 23.5391
+                                << "60\u00b005.071' N  023\u00b032.346' E";
+    QTest::newRow("minutes never read 60")
+        << 9.999999 << 179.9999999 << "10\u00b000.000' N  180\u00b000.000' E";
+    QTest::newRow("no position") << 91.0 << 0.0 << noValueText();
+}
+
+void tst_surveyConsole::writesPositions()
+{
+    QFETCH(double, latitude);
+    QFETCH(double, longitude);
+    QFETCH(QString, text);
+    QCOMPARE(positionText(QGeoCoordinate(latitude, longitude)), text);
+}
+
+void tst_surveyConsole::writesAScreenshot()
+{
+    QTemporaryDir directory;
+    const QString path = directory.filePath("console.png");
+    const outcome_t outcome = runConsole({"--screenshot", path});
+    QCOMPARE(outcome.err, QString());
+    QCOMPARE(outcome.exitCode, 0);
+    const QImage picture(path);
+    QCOMPARE(picture.size(), QSize(1280, 800));
+    // The curves' two colours are there, so it shows a replay and not an empty window.
+    int first = 0;
+    int second = 0;
+    for (int y = 0; y < picture.height(); ++y) {
+        for (int x = 0; x < picture.width(); ++x) {
+            first += picture.pixelColor(x, y) == QColor(0x62, 0xc6, 0xe6) ? 1 : 0;
+            second += picture.pixelColor(x, y) == QColor(0xf0, 0xb0, 0x52) ? 1 : 0;
+        }
+    }
+    QVERIFY2(first > 5000, qPrintable(QString::number(first)));
+    QVERIFY2(second > 5000, qPrintable(QString::number(second)));
+}
+
+void tst_surveyConsole::screenshotsAreAlike()
+{
+    QTemporaryDir directory;
+    QCOMPARE(runConsole({"--screenshot", directory.filePath("1.png")}).exitCode, 0);
+    QCOMPARE(runConsole({"--screenshot", directory.filePath("2.png")}).exitCode, 0);
+    QCOMPARE(
+        firstDifference(QImage(directory.filePath("1.png")), QImage(directory.filePath("2.png"))),
+        QString());
+}
+
+void tst_surveyConsole::replaysTheBoat()
+{
+    QTemporaryDir directory;
+    const QString path = directory.filePath("boat.png");
+    const outcome_t outcome =
+        runConsole({"--recording", EXAMPLE_DATA "/plaka-sailing/plaka-10min.log", "--speed", "20",
+                    "--screenshot", path});
+    QCOMPARE(outcome.err, QString());
+    QCOMPARE(outcome.exitCode, 0);
+    QCOMPARE(QImage(path).size(), QSize(1280, 800));
+}
+
+void tst_surveyConsole::quitsAfterTheDuration()
+{
+    const outcome_t outcome = runConsole({"--speed", "100", "--duration", "0.5"});
+    QCOMPARE(outcome.err, QString());
+    QCOMPARE(outcome.exitCode, 0);
+}
+
+void tst_surveyConsole::printsHelp()
+{
+    const outcome_t outcome = runConsole({"--help"});
+    QCOMPARE(outcome.exitCode, 0);
+    QCOMPARE(outcome.err, QString());
+    for (const char* option : {"--recording", "--speed", "--duration", "--screenshot", "--help"})
+        QVERIFY2(outcome.out.contains(option), option);
+}
+
+void tst_surveyConsole::refusesBadOptions_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<QString>("message");
+    const QString speed =
+        QStringLiteral("surveyConsole: --speed takes a number from 1 to 100, not '%1'\n");
+    QTest::newRow("speed 0") << QStringList{"--speed", "0"} << speed.arg("0");
+    QTest::newRow("speed 101") << QStringList{"--speed", "101"} << speed.arg("101");
+    QTest::newRow("speed fast") << QStringList{"--speed", "fast"} << speed.arg("fast");
+    QTest::newRow("speed NaN") << QStringList{"--speed", "nan"} << speed.arg("nan");
+    QTest::newRow("speed empty") << QStringList{"--speed", ""} << speed.arg("");
+    const QString duration =
+        QStringLiteral("surveyConsole: --duration takes a number from 0.001 to 86400, not '%1'\n");
+    QTest::newRow("duration 0") << QStringList{"--duration", "0"} << duration.arg("0");
+    QTest::newRow("duration -1") << QStringList{"--duration=-1"} << duration.arg("-1");
+    QTest::newRow("duration infinite") << QStringList{"--duration", "inf"} << duration.arg("inf");
+    QTest::newRow("argument") << QStringList{"line.log"}
+                              << "surveyConsole: unexpected argument 'line.log'\n";
+    QTest::newRow("empty screenshot")
+        << QStringList{"--screenshot", ""} << "surveyConsole: --screenshot takes a file name\n";
+    QTest::newRow("unknown option")
+        << QStringList{"--fly"} << "surveyConsole: Unknown option 'fly'.\n";
+    QTest::newRow("missing value")
+        << QStringList{"--speed"} << "surveyConsole: Missing value after '--speed'.\n";
+}
+
+void tst_surveyConsole::refusesBadOptions()
+{
+    QFETCH(QStringList, arguments);
+    QFETCH(QString, message);
+    const outcome_t outcome = runConsole(arguments);
+    QCOMPARE(outcome.err, message);
+    QCOMPARE(outcome.exitCode, 2);
+}
+
+void tst_surveyConsole::refusesBadRecordings_data()
+{
+    QTest::addColumn<bool>("exists");
+    QTest::addColumn<QByteArray>("content");
+    QTest::addColumn<QString>("message");
+    QTest::newRow("missing") << false << QByteArray()
+                             << "surveyConsole: cannot open '%1': No such file or directory\n";
+    QTest::newRow("empty") << true << QByteArray() << "surveyConsole: '%1' is empty\n";
+    QTest::newRow("broken")
+        << true << QByteArray("$HEHDT,218.53,T*13\n\x01\x02\xff\n")
+        << "surveyConsole: '%1' holds nothing to replay: 2 lines, 2 of them damaged\n";
+}
+
+void tst_surveyConsole::refusesBadRecordings()
+{
+    QFETCH(bool, exists);
+    QFETCH(QByteArray, content);
+    QFETCH(QString, message);
+    QTemporaryDir directory;
+    const QString path = directory.filePath("line.log");
+    if (exists) {
+        QFile file(path);
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        QCOMPARE(file.write(content), qint64(content.size()));
+    }
+    const outcome_t outcome = runConsole({"--recording", path});
+    QCOMPARE(outcome.err, message.arg(path));
+    QCOMPARE(outcome.exitCode, 1);
+}
+
+void tst_surveyConsole::reportsDamagedLines()
+{
+    QTemporaryDir directory;
+    const QString path = directory.filePath("line.log");
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write("2014-08-01T00:00:00.183000Z $HEHDT,218.53,T*12\n"
+               "2014-08-01T00:00:00.383000Z $HEHDT,218.53,T*13\n"
+               "2014-08-01T00:00:00.583000Z $HEHDT,218.53,T*12\n");
+    file.close();
+    const outcome_t outcome =
+        runConsole({"--recording", path, "--screenshot", directory.filePath("1.png")});
+    QCOMPARE(outcome.err,
+             QStringLiteral("surveyConsole: skipped 1 damaged of 3 lines in '%1'\n").arg(path));
+    QCOMPARE(outcome.exitCode, 0);
+}
+
+void tst_surveyConsole::reportsAPictureItCannotWrite()
+{
+    const outcome_t outcome = runConsole({"--screenshot", "/nowhere/console.png"});
+    QCOMPARE(outcome.err,
+             QStringLiteral("surveyConsole: cannot write the picture '/nowhere/console.png'\n"));
+    QCOMPARE(outcome.exitCode, 1);
+}
+
+QTEST_MAIN(tst_surveyConsole)
+#include "tst_surveyConsole.moc"
