@@ -32,7 +32,7 @@ chartPanel_t::chartPanel_t(const chartPanelSetup_t& setup, const recording_t& re
       m_bottomLabel(makeLabel(theme::quietText(), 0.9, Qt::AlignRight | Qt::AlignBottom)),
       m_leftLabel(makeLabel(theme::quietText(), 0.9, Qt::AlignLeft)),
       m_rightLabel(makeLabel(theme::quietText(), 0.9, Qt::AlignRight)),
-      m_pointerLabel(makeLabel(theme::text(), 0.9, Qt::AlignCenter))
+      m_pointerLabel(makeLabel(theme::text(), 1.0, Qt::AlignCenter))
 {
     setFrameShape(QFrame::StyledPanel);
     setBackground(this, theme::panel());
@@ -237,10 +237,13 @@ void chartPanel_t::showValueBounds(double bottom, double top)
 
 void chartPanel_t::showPointer(double time, double value)
 {
-    m_pointerLabel->setText(
-        std::isnan(time)
-            ? QString()
-            : QStringLiteral("%1  %2 %3").arg(timeText(time, 1), textOf(value), m_setup.unit));
+    if (std::isnan(time)) { // it has left
+        m_pointerLabel->clear();
+        return;
+    }
+    const QString unit = m_setup.unit == QStringLiteral("\u00b0") ? m_setup.unit // stands close
+                                                                  : ' ' + m_setup.unit;
+    m_pointerLabel->setText(timeText(time, 1) + QStringLiteral("  ") + textOf(value) + unit);
 }
 
 QString chartPanel_t::textOf(double drawnValue) const
