@@ -30,7 +30,7 @@ void simpleStripChartImpl_t::scrollTime(double t)
     const double timeMax = maxTimeBound();
     const double span = timeMax - timeMin;
     const double xScale = xScaleFactor();
-    if (t < timeMin || t > timeMax + span) {
+    if (t < timeMin || t > timeMax + span || !std::isfinite(xScale)) {
         timeBounds(t - span, t);
         return;
     }
