@@ -79,8 +79,12 @@ void plainChart_t::scrollTime(double time)
     }
     if (k == m_canvas->width() && std::abs(newMax - timeMax) * m_xScale < 1e-6)
         return;
+    // What was painted with the scale of a former width can't be shifted into place.
+    const bool isStretched = std::abs(span * m_xScale - m_canvas->width()) >= 0.5;
     m_scroll = m_canvas->width() - k;
     timeBounds(newMax - span, newMax);
+    if (isStretched)
+        m_canvas->update();
 }
 
 void plainChart_t::timeBounds(double min, double max)

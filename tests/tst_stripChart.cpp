@@ -1,0 +1,1159 @@
+#include "childProcess.h"
+#include "messageRecorder.h"
+#include "pictures.h"
+#include "plainChart.h"
+#include "recordingRenderer.h"
+#include "simpleStripChartImpl.h"
+#include "stripChart.h"
+#include "stripChartCurve.h"
+#include "stripChartImpl.h"
+
+#include <QApplication>
+#include <QLayout>
+#include <QPointer>
+#include <QSignalSpy>
+#include <QTest>
+#include <QThread>
+#include <QVBoxLayout>
+#include <cmath>
+#include <cstdio>
+#include <limits>
+#include <memory>
+#include <vector>
+
+using namespace zorbin_qt_gui;
+
+static const double inf = std::numeric_limits<double>::infinity();
+static const double nan_ = std::numeric_limits<double>::quiet_NaN();
+
+namespace {
+
+// A back end without drawing, to see the base alone.
+class bareChartImpl_t : public stripChartImpl_t
+{
+public:
+    QWidget* widget() override { return &m_widget; }
+
+private:
+    QWidget m_widget;
+};
+
+// Everything that a chart or an implementation announces, in order, and the state at that moment.
+template <typename chart_t>
+class signalLog_t
+{
+public:
+    explicit signalLog_t(chart_t* chart)
+    {
+        QObject::connect(
+            chart, &chart_t::timeBoundsChanged, chart, [this, chart](double min, double max) {
+                m_texts.append(boundsSignal("timeBoundsChanged", min, max));
+                m_consistent &= chart->minTimeBound() == min && chart->maxTimeBound() == max;
+            });
+        QObject::connect(
+            chart, &chart_t::valueBoundsChanged, chart, [this, chart](double min, double max) {
+                m_texts.append(boundsSignal("valueBoundsChanged", min, max));
+                m_consistent &= chart->minValueBound() == min && chart->maxValueBound() == max;
+            });
+        QObject::connect(chart, &chart_t::valueAutoscaleChanged, chart, [this](bool enabled) {
+            m_texts.append(QStringLiteral("valueAutoscaleChanged(%1)").arg(enabled));
+        });
+    }
+
+    QStringList take() { return std::exchange(m_texts, QStringList()); }
+    /// Whether the bounds were those of the signal whenever one came.
+    bool isConsistent() const { return m_consistent; }
+
+private:
+    QStringList m_texts;
+    bool m_consistent = true;
+};
+
+stripChartImpl_t& implOf(stripChart_t& chart)
+{
+    return *chart.findChild<stripChartImpl_t*>(QString(), Qt::FindDirectChildrenOnly);
+}
+
+} // namespace
+
+class tst_stripChart : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    // The chart widget.
+    void showsFifteenSecondsAndPlusMinusOneAtFirst();
+    void isAlwaysAtLeastFiftyPixelsWideAndHigh();
+    void isFilledByTheDrawingWidget();
+    void takesItsBackgroundFromItsOwnPalette();
+    void showsANewBackgroundAtOnce();
+    void isReachedByStringBasedConnections();
+    void relaysTheSignalsOfItsImplementation();
+    void hasAnAutoscaleProperty();
+
+    // Time bounds.
+    void storesTimeBoundsBeforeItAnnouncesThem();
+    void announcesEqualTimeBoundsOnlyOnce();
+    void followsTheVisibleTimeWindow();
+    void ignoresTimeBoundsThatAreNotFinite_data();
+    void ignoresTimeBoundsThatAreNotFinite();
+    void survivesOddTimeBounds_data();
+    void survivesOddTimeBounds();
+    void keepsTheSpanWhenScrolled();
+    void ignoresScrollTimesThatAreNotFinite_data();
+    void ignoresScrollTimesThatAreNotFinite();
+
+    // Value bounds.
+    void switchesAutoscaleOffForValueBoundsByHand();
+    void switchesAutoscaleOffForEqualValueBounds();
+    void ignoresValueBoundsThatAreNotFinite();
+    void survivesOddValueBounds_data();
+    void survivesOddValueBounds();
+    void announcesTheModeOnlyWhenItChanges();
+    void leavesManualBoundsAlone();
+
+    // The implementation's geometry.
+    void hasPlainDefaults();
+    void keepsTheTimeScaleAcrossASize();
+    void refreshesNoScaleForEqualTimeBounds();
+    void fitsTheMinimumRangeWithoutCurves();
+    void centresTheDataInTheUsableHeight();
+    void keepsBoundsThatFit();
+    void rescalesDataBelowHalfTheUsableHeight();
+    void rescalesDataBeyondABound();
+    void decidesWithTheScaleAsItWasBefore();
+    void widensToTheMinimumRange();
+    void treatsAWindowWithoutPointsAsZero();
+    void treatsAnEmptyCurveAsZero();
+    void spansAllCurves();
+    void leavesNonFiniteValuesOutOfAutoscale();
+    void reversesTheBoundsBelowTwiceTheMargin();
+    void keepsTheBoundsAtAUsableHeightOfZero();
+    void survivesExtremeValues();
+    void appliesTheMarginAtTheNextRecalculation();
+    void announcesAnotherCanvasColourOnce();
+    void keepsTheCanvasColourSilently();
+
+    // Curves.
+    void refusesNullAndDuplicateCurves();
+    void refusesToRemoveNullAndUnknownCurves();
+    void attachesACurvesRendererToItsWidget();
+    void handsOutACopyOfItsCurves();
+    void recalculatesNothingWhenCurvesComeAndGo();
+    void deletesItsCurves();
+    void deletesTheWidgetBeforeTheCurves();
+    void leavesRemovedCurvesAlone();
+    void forgetsACurveThatIsDeleted();
+    void survivesDeletingInAnyOrder_data();
+    void survivesDeletingInAnyOrder();
+    void survivesACurveThatDeletesAnother();
+    void mayBeDeletedBySlotsOfACurvesEnd();
+
+    // Child processes.
+    void stopsAtAMinimumRangeThatIsNotPositive_data();
+    void stopsAtAMinimumRangeThatIsNotPositive();
+    void choosesTheBackEndOnce_data();
+    void choosesTheBackEndOnce();
+    void fallsBackToThePainterWithoutOpenGl();
+};
+
+void tst_stripChart::showsFifteenSecondsAndPlusMinusOneAtFirst()
+{
+    stripChart_t chart(nullptr);
+    QCOMPARE(chart.minTimeBound(), -15.0);
+    QCOMPARE(chart.maxTimeBound(), 0.0);
+    QCOMPARE(chart.minValueBound(), -1.0);
+    QCOMPARE(chart.maxValueBound(), 1.0);
+    QVERIFY(chart.autoscaleValue());
+}
+
+void tst_stripChart::isAlwaysAtLeastFiftyPixelsWideAndHigh()
+{
+    stripChart_t chart(nullptr);
+    QCOMPARE(chart.minimumSizeHint(), QSize(50, 50));
+    chart.addCurve(new stripChartCurve_t(nullptr));
+    chart.resize(300, 200);
+    QCOMPARE(chart.minimumSizeHint(), QSize(50, 50));
+}
+
+void tst_stripChart::isFilledByTheDrawingWidget()
+{
+    stripChart_t chart(nullptr);
+    const auto* const layout = qobject_cast<QVBoxLayout*>(chart.layout());
+    QVERIFY(layout);
+    QCOMPARE(layout->contentsMargins(), QMargins(0, 0, 0, 0));
+    QCOMPARE(layout->count(), 1);
+    QCOMPARE(layout->itemAt(0)->widget(), implOf(chart).widget());
+    QCOMPARE(layout->stretch(0), 0);
+    chart.resize(123, 77);
+    chart.grab();
+    QCOMPARE(implOf(chart).widget()->geometry(), QRect(0, 0, 123, 77));
+}
+
+void tst_stripChart::takesItsBackgroundFromItsOwnPalette()
+{
+    QWidget window;
+    QPalette palette;
+    palette.setColor(QPalette::Window, Qt::darkCyan);
+    window.setPalette(palette);
+    stripChart_t chart(&window);
+    chart.resize(60, 50);
+    QImage wanted(60, 50, QImage::Format_RGB32);
+    wanted.fill(Qt::darkCyan);
+    QCOMPARE(firstDifference(snapshot(chart), wanted), QString());
+}
+
+void tst_stripChart::showsANewBackgroundAtOnce()
+{
+    stripChart_t chart(nullptr);
+    chart.resize(60, 50);
+    chart.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&chart));
+    chart.setBackgroundColor(Qt::darkRed);
+    QImage wanted(60, 50, QImage::Format_RGB32);
+    wanted.fill(Qt::darkRed);
+    QCOMPARE(firstDifference(shown(chart), wanted), QString());
+    QCOMPARE(implOf(chart).canvasColor(), QColor(Qt::darkRed));
+}
+
+// Has the signals and slots that an application might connect to a chart by name.
+class application_t : public QObject
+{
+    Q_OBJECT
+
+public:
+    QStringList heard;
+
+Q_SIGNALS:
+    void tick(double time_);
+    void timeWindow(double min_, double max_);
+    void range(double range_);
+    void follow(bool enable_);
+    void background(QColor color_);
+
+public Q_SLOTS:
+    void time(double left_, double right_) { heard << boundsSignal("time", left_, right_); }
+    void value(double bottom_, double top_) { heard << boundsSignal("value", bottom_, top_); }
+    void autoscale(bool enabled_) { heard << QStringLiteral("autoscale(%1)").arg(enabled_); }
+    void mouse(double x_, double y_) { heard << boundsSignal("mouse", x_, y_); }
+};
+
+void tst_stripChart::isReachedByStringBasedConnections()
+{
+    stripChart_t chart(nullptr);
+    application_t application;
+    const messageRecorder_t messages;
+    QVERIFY(connect(&application, SIGNAL(tick(double)), &chart, SLOT(scrollTime(double))));
+    QVERIFY(connect(&application, SIGNAL(timeWindow(double, double)), &chart,
+                    SLOT(timeBounds(double, double))));
+    QVERIFY(connect(&application, SIGNAL(timeWindow(double, double)), &chart,
+                    SLOT(valueBounds(double, double))));
+    QVERIFY(connect(&application, SIGNAL(range(double)), &chart, SLOT(minValueRange(double))));
+    QVERIFY(connect(&application, SIGNAL(follow(bool)), &chart, SLOT(autoscaleValue(bool))));
+    QVERIFY(connect(&application, SIGNAL(background(QColor)), &chart,
+                    SLOT(setBackgroundColor(QColor))));
+    QVERIFY(connect(&chart, SIGNAL(timeBoundsChanged(double, double)), &application,
+                    SLOT(time(double, double))));
+    QVERIFY(connect(&chart, SIGNAL(valueBoundsChanged(double, double)), &application,
+                    SLOT(value(double, double))));
+    QVERIFY(
+        connect(&chart, SIGNAL(valueAutoscaleChanged(bool)), &application, SLOT(autoscale(bool))));
+    QVERIFY(connect(&chart, SIGNAL(mousePos(double, double)), &application,
+                    SLOT(mouse(double, double))));
+    stripChartImpl_t& impl = implOf(chart);
+    QVERIFY(connect(&impl, SIGNAL(colorChanged()), &impl, SLOT(cleanupCurve())));
+    QCOMPARE(messages.texts(), QStringList());
+
+    Q_EMIT application.timeWindow(0.0, 5.0);
+    Q_EMIT impl.mousePos(1.0, 2.0);
+    QCOMPARE(application.heard.first(), QString("time(0, 5)"));
+    QCOMPARE(application.heard.last(), QString("mouse(1, 2)"));
+    QVERIFY(application.heard.contains("autoscale(0)"));
+    QVERIFY(application.heard.contains("value(0, 5)"));
+    Q_EMIT application.follow(true);
+    QVERIFY(chart.autoscaleValue());
+    Q_EMIT application.background(Qt::red);
+    QCOMPARE(impl.canvasColor(), QColor(Qt::red));
+}
+
+void tst_stripChart::relaysTheSignalsOfItsImplementation()
+{
+    stripChart_t chart(nullptr);
+    QSignalSpy time(&chart, &stripChart_t::timeBoundsChanged);
+    QSignalSpy value(&chart, &stripChart_t::valueBoundsChanged);
+    QSignalSpy autoscale(&chart, &stripChart_t::valueAutoscaleChanged);
+    QSignalSpy mouse(&chart, &stripChart_t::mousePos);
+    stripChartImpl_t& impl = implOf(chart);
+    Q_EMIT impl.timeBoundsChanged(1.0, 2.0);
+    Q_EMIT impl.valueBoundsChanged(3.0, 4.0);
+    Q_EMIT impl.valueAutoscaleChanged(true);
+    Q_EMIT impl.mousePos(5.0, 6.0);
+    QCOMPARE(time, (QList<QVariantList>{{1.0, 2.0}}));
+    QCOMPARE(value, (QList<QVariantList>{{3.0, 4.0}}));
+    QCOMPARE(autoscale, (QList<QVariantList>{{true}}));
+    QCOMPARE(mouse, (QList<QVariantList>{{5.0, 6.0}}));
+}
+
+void tst_stripChart::hasAnAutoscaleProperty()
+{
+    stripChart_t chart(nullptr);
+    QCOMPARE(chart.property("autoscaleValue"), QVariant(true));
+    QVERIFY(chart.setProperty("autoscaleValue", false));
+    QVERIFY(!chart.autoscaleValue());
+}
+
+void tst_stripChart::storesTimeBoundsBeforeItAnnouncesThem()
+{
+    bareChartImpl_t impl;
+    impl.updateSize(100, 106);
+    signalLog_t<stripChartImpl_t> log(&impl);
+    impl.timeBounds(10.0, 30.0);
+    QCOMPARE(log.take(), QStringList{"timeBoundsChanged(10, 30)"});
+    QVERIFY(log.isConsistent());
+    QCOMPARE(impl.minTimeBound(), 10.0);
+    QCOMPARE(impl.maxTimeBound(), 30.0);
+    QCOMPARE(impl.xCenter(), 20.0);
+    QCOMPARE(impl.xScaleFactor(), 5.0);
+}
+
+void tst_stripChart::announcesEqualTimeBoundsOnlyOnce()
+{
+    stripChart_t chart(nullptr);
+    signalLog_t<stripChart_t> log(&chart);
+    chart.timeBounds(-15.0, 0.0);
+    QCOMPARE(log.take(), QStringList());
+    chart.timeBounds(-15.0, 1.0);
+    chart.timeBounds(-15.0, 1.0);
+    QCOMPARE(log.take().filter("timeBounds"), QStringList{"timeBoundsChanged(-15, 1)"});
+    chart.timeBounds(-14.0, 1.0);
+    QCOMPARE(log.take().filter("timeBounds"), QStringList{"timeBoundsChanged(-14, 1)"});
+}
+
+void tst_stripChart::followsTheVisibleTimeWindow()
+{
+    bareChartImpl_t impl;
+    auto* const curve = new stripChartCurve_t(nullptr);
+    impl.addCurve(curve);
+    curve->addPoint(-5.0, 1000.0);
+    curve->addPoint(5.0, 2000.0);
+    curve->addPoint(15.0, 3000.0);
+    impl.updateSize(100, 106); // 100 pixels usable
+    signalLog_t<stripChartImpl_t> log(&impl);
+    impl.timeBounds(0.0, 10.0);
+    // One value: 2000 +- 1, widened to 0.5 * 106 * 1.2 * 2 / 100 on either side.
+    QCOMPARE(log.take(),
+             (QStringList{"timeBoundsChanged(0, 10)",
+                          boundsSignal("valueBoundsChanged", 2000.0 - 1.272, 2000.0 + 1.272)}));
+    impl.timeBounds(0.0, 20.0); // 2000 to 3000: 2500 +- 636
+    QCOMPARE(log.take(),
+             (QStringList{"timeBoundsChanged(0, 20)", "valueBoundsChanged(1864, 3136)"}));
+    QVERIFY(log.isConsistent());
+}
+
+void tst_stripChart::ignoresTimeBoundsThatAreNotFinite_data()
+{
+    QTest::addColumn<double>("min");
+    QTest::addColumn<double>("max");
+    QTest::newRow("NaN, number") << nan_ << 5.0;
+    QTest::newRow("number, NaN") << 5.0 << nan_;
+    QTest::newRow("NaN, NaN") << nan_ << nan_;
+    QTest::newRow("minus infinity") << -inf << 5.0;
+    QTest::newRow("infinity") << 5.0 << inf;
+}
+
+void tst_stripChart::ignoresTimeBoundsThatAreNotFinite()
+{
+    QFETCH(double, min);
+    QFETCH(double, max);
+    stripChart_t chart(nullptr);
+    signalLog_t<stripChart_t> log(&chart);
+    chart.timeBounds(min, max);
+    QCOMPARE(log.take(), QStringList());
+    QCOMPARE(chart.minTimeBound(), -15.0);
+    QCOMPARE(chart.maxTimeBound(), 0.0);
+}
+
+void tst_stripChart::survivesOddTimeBounds_data()
+{
+    QTest::addColumn<double>("min");
+    QTest::addColumn<double>("max");
+    QTest::newRow("equal") << 5.0 << 5.0;
+    QTest::newRow("reversed") << 10.0 << 0.0;
+    QTest::newRow("near 1e17") << 1e17 << 1e17 + 16.0;
+    QTest::newRow("neighbouring doubles") << 5.0 << std::nextafter(5.0, 6.0);
+    QTest::newRow("smallest span") << 0.0 << std::numeric_limits<double>::denorm_min();
+    QTest::newRow("largest span") << -std::numeric_limits<double>::max()
+                                  << std::numeric_limits<double>::max();
+}
+
+void tst_stripChart::survivesOddTimeBounds()
+{
+    QFETCH(double, min);
+    QFETCH(double, max);
+    stripChart_t chart(nullptr);
+    chart.resize(80, 60);
+    auto* const curve = new stripChartCurve_t(nullptr);
+    chart.addCurve(curve);
+    curve->addPoints({{0.0, 1.0, Qt::red}, {1.0, 2.0, Qt::red}, {1e17, 3.0, Qt::red}});
+    chart.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&chart));
+    chart.timeBounds(min, max);
+    QCOMPARE(chart.minTimeBound(), min);
+    QCOMPARE(chart.maxTimeBound(), max);
+    QCOMPARE(shown(chart).size(), QSize(80, 60));
+    for (const double time : {min, max, 0.5 * min + 0.5 * max, max + 1.0, 2.0 * max, 0.0}) {
+        chart.scrollTime(time);
+        curve->addPoint(curve->timeMax() + 1e6, 4.0);
+        QCOMPARE(shown(chart).size(), QSize(80, 60));
+        QVERIFY(std::isfinite(chart.minTimeBound()));
+        QVERIFY(std::isfinite(chart.maxTimeBound()));
+    }
+}
+
+void tst_stripChart::keepsTheSpanWhenScrolled()
+{
+    bareChartImpl_t impl;
+    signalLog_t<stripChartImpl_t> log(&impl);
+    impl.scrollTime(7.0);
+    QCOMPARE(log.take(), QStringList{"timeBoundsChanged(-8, 7)"});
+    impl.scrollTime(7.0);
+    QCOMPARE(log.take(), QStringList());
+    impl.scrollTime(-100.0);
+    QCOMPARE(log.take(), QStringList{"timeBoundsChanged(-115, -100)"});
+    QVERIFY(log.isConsistent());
+}
+
+void tst_stripChart::ignoresScrollTimesThatAreNotFinite_data()
+{
+    QTest::addColumn<double>("time");
+    QTest::newRow("NaN") << nan_;
+    QTest::newRow("infinity") << inf;
+    QTest::newRow("minus infinity") << -inf;
+}
+
+void tst_stripChart::ignoresScrollTimesThatAreNotFinite()
+{
+    QFETCH(double, time);
+    stripChart_t chart(nullptr);
+    signalLog_t<stripChart_t> log(&chart);
+    chart.scrollTime(time);
+    QCOMPARE(log.take(), QStringList());
+    bareChartImpl_t impl;
+    impl.scrollTime(time);
+    QCOMPARE(impl.maxTimeBound(), 0.0);
+}
+
+void tst_stripChart::switchesAutoscaleOffForValueBoundsByHand()
+{
+    bareChartImpl_t impl;
+    impl.updateSize(100, 100);
+    signalLog_t<stripChartImpl_t> log(&impl);
+    impl.valueBounds(-10.0, 30.0);
+    QCOMPARE(log.take(), (QStringList{"valueAutoscaleChanged(0)", "valueBoundsChanged(-10, 30)"}));
+    QVERIFY(log.isConsistent());
+    QCOMPARE(impl.valueRescaleMode(), stripChartImpl_t::RESCALE_MANUAL);
+    QCOMPARE(impl.yCenter(), 10.0);
+    QCOMPARE(impl.yScaleFactor(), 2.5);
+    impl.valueBounds(-10.0, 30.0);
+    QCOMPARE(log.take(), QStringList());
+    impl.valueBounds(-10.0, 31.0);
+    QCOMPARE(log.take(), QStringList{"valueBoundsChanged(-10, 31)"});
+}
+
+void tst_stripChart::switchesAutoscaleOffForEqualValueBounds()
+{
+    stripChart_t chart(nullptr);
+    signalLog_t<stripChart_t> log(&chart);
+    chart.valueBounds(-1.0, 1.0);
+    QCOMPARE(log.take(), QStringList{"valueAutoscaleChanged(0)"});
+    QVERIFY(!chart.autoscaleValue());
+}
+
+void tst_stripChart::ignoresValueBoundsThatAreNotFinite()
+{
+    for (const double odd : {nan_, inf, -inf}) {
+        stripChart_t chart(nullptr);
+        signalLog_t<stripChart_t> log(&chart);
+        chart.valueBounds(odd, 5.0);
+        QCOMPARE(log.take(), QStringList{"valueAutoscaleChanged(0)"});
+        chart.valueBounds(-5.0, odd);
+        QCOMPARE(log.take(), QStringList());
+        QCOMPARE(chart.minValueBound(), -1.0);
+        QCOMPARE(chart.maxValueBound(), 1.0);
+    }
+}
+
+void tst_stripChart::survivesOddValueBounds_data()
+{
+    QTest::addColumn<double>("min");
+    QTest::addColumn<double>("max");
+    QTest::newRow("equal") << 3.0 << 3.0;
+    QTest::newRow("reversed") << 3.0 << -3.0;
+    QTest::newRow("largest span") << -std::numeric_limits<double>::max()
+                                  << std::numeric_limits<double>::max();
+    QTest::newRow("smallest span") << 0.0 << std::numeric_limits<double>::denorm_min();
+    QTest::newRow("huge") << 1e300 << 1e301;
+}
+
+void tst_stripChart::survivesOddValueBounds()
+{
+    QFETCH(double, min);
+    QFETCH(double, max);
+    stripChart_t chart(nullptr);
+    chart.resize(80, 60);
+    auto* const curve = new stripChartCurve_t(nullptr);
+    chart.addCurve(curve);
+    curve->addPoints({{-9.0, 3.0, Qt::red}, {-8.0, 4.0, Qt::red}, {-7.0, 1e300, Qt::red}});
+    chart.valueBounds(min, max);
+    QCOMPARE(chart.minValueBound(), min);
+    QCOMPARE(chart.maxValueBound(), max);
+    QCOMPARE(snapshot(chart).size(), QSize(80, 60));
+    curve->addPoint(-6.0, -5.0, Qt::red);
+    QCOMPARE(snapshot(chart).size(), QSize(80, 60));
+    chart.autoscaleValue(true);
+    QCOMPARE(snapshot(chart).size(), QSize(80, 60));
+    QVERIFY(!std::isnan(chart.minValueBound()));
+    QVERIFY(!std::isnan(chart.maxValueBound()));
+}
+
+void tst_stripChart::announcesTheModeOnlyWhenItChanges()
+{
+    stripChart_t chart(nullptr);
+    signalLog_t<stripChart_t> log(&chart);
+    chart.autoscaleValue(true);
+    QCOMPARE(log.take(), QStringList());
+    chart.autoscaleValue(false);
+    chart.autoscaleValue(false);
+    QCOMPARE(log.take(), QStringList{"valueAutoscaleChanged(0)"});
+    QVERIFY(!chart.autoscaleValue());
+    chart.autoscaleValue(true);
+    QCOMPARE(log.take().first(), QString("valueAutoscaleChanged(1)"));
+    QVERIFY(chart.autoscaleValue());
+}
+
+void tst_stripChart::leavesManualBoundsAlone()
+{
+    bareChartImpl_t impl;
+    impl.valueBounds(0.0, 10.0);
+    auto* const curve = new stripChartCurve_t(nullptr);
+    impl.addCurve(curve);
+    curve->addPoint(-1.0, 500.0);
+    signalLog_t<stripChartImpl_t> log(&impl);
+    impl.updateSize(10, 50);
+    impl.recalculateBounds();
+    impl.minValueRange(100.0);
+    QCOMPARE(log.take(), QStringList());
+    QCOMPARE(impl.yScaleFactor(), 5.0); // but the scale follows the height
+    QCOMPARE(impl.yCenter(), 5.0);
+}
+
+void tst_stripChart::hasPlainDefaults()
+{
+    bareChartImpl_t impl;
+    QVERIFY(impl.curves().empty());
+    QCOMPARE(impl.canvasColor(), QApplication::palette().color(QPalette::Window));
+    QCOMPARE(impl.margin(), 3u);
+    QCOMPARE(impl.valueRescaleMode(), stripChartImpl_t::RESCALE_AUTO);
+    QCOMPARE(int(stripChartImpl_t::RESCALE_AUTO), 0);
+    QCOMPARE(int(stripChartImpl_t::RESCALE_MANUAL), 1);
+    QCOMPARE(impl.minTimeBound(), -15.0);
+    QCOMPARE(impl.maxTimeBound(), 0.0);
+    QCOMPARE(impl.minValueBound(), -1.0);
+    QCOMPARE(impl.maxValueBound(), 1.0);
+    // Deliberate: not those of the default bounds until a size or other bounds come.
+    QCOMPARE(impl.xScaleFactor(), 1.0);
+    QCOMPARE(impl.yScaleFactor(), 1.0);
+    QCOMPARE(impl.xCenter(), 0.0);
+    QCOMPARE(impl.yCenter(), 0.0);
+}
+
+void tst_stripChart::keepsTheTimeScaleAcrossASize()
+{
+    bareChartImpl_t impl;
+    impl.updateSize(300, 100);
+    QCOMPARE(impl.xScaleFactor(), 1.0);
+    QCOMPARE(impl.xCenter(), 0.0);
+    impl.timeBounds(0.0, 10.0);
+    QCOMPARE(impl.xScaleFactor(), 30.0);
+    impl.updateSize(500, 100);
+    QCOMPARE(impl.xScaleFactor(), 30.0);
+    impl.timeBounds(1.0, 11.0);
+    QCOMPARE(impl.xScaleFactor(), 50.0);
+}
+
+void tst_stripChart::refreshesNoScaleForEqualTimeBounds()
+{
+    bareChartImpl_t impl;
+    impl.updateSize(300, 100);
+    impl.timeBounds(-15.0, 0.0);
+    QCOMPARE(impl.xScaleFactor(), 1.0);
+}
+
+void tst_stripChart::fitsTheMinimumRangeWithoutCurves()
+{
+    bareChartImpl_t impl;
+    signalLog_t<stripChartImpl_t> log(&impl);
+    impl.updateSize(100, 100);
+    // 94 pixels usable: 0.5 * 100 * (1.2 * 2 / 94)
+    const double half = 50.0 * (2.4 / 94.0);
+    QCOMPARE(impl.minValueBound(), -half);
+    QCOMPARE(impl.maxValueBound(), half);
+    QVERIFY(std::abs(half - 1.2766) < 5e-5);
+    QCOMPARE(impl.yCenter(), 0.0);
+    QCOMPARE(impl.yScaleFactor(), 100.0 / (2.0 * half));
+    QCOMPARE(log.take(), QStringList{boundsSignal("valueBoundsChanged", -half, half)});
+    impl.updateSize(100, 100);
+    impl.recalculateBounds();
+    QCOMPARE(log.take(), QStringList());
+}
+
+void tst_stripChart::centresTheDataInTheUsableHeight()
+{
+    bareChartImpl_t impl;
+    auto* const curve = new stripChartCurve_t(nullptr);
+    impl.addCurve(curve);
+    curve->addPoint(-2.0, 10.0);
+    curve->addPoint(-1.0, 20.0);
+    impl.updateSize(10, 106); // 100 pixels usable: half = 53 * 1.2 * 10 / 100
+    QCOMPARE(impl.minValueBound(), 15.0 - 6.36);
+    QCOMPARE(impl.maxValueBound(), 15.0 + 6.36);
+    QCOMPARE(impl.yCenter(), 15.0);
+    QCOMPARE(impl.yScaleFactor(), 106.0 / 12.72);
+}
+
+void tst_stripChart::keepsBoundsThatFit()
+{
+    bareChartImpl_t impl;
+    auto* const curve = new stripChartCurve_t(nullptr);
+    impl.addCurve(curve);
+    curve->addPoint(-10.0, -5.0);
+    curve->addPoint(-9.0, 5.0);
+    curve->addPoint(-2.0, -3.1);
+    curve->addPoint(-1.0, 3.1);
+    impl.updateSize(10, 106);
+    QCOMPARE(impl.maxValueBound(), 6.36); // 8.33 pixels per unit
+    signalLog_t<stripChartImpl_t> log(&impl);
+    impl.timeBounds(-5.0, 0.0); // a range of 6.2 still takes 51 of 100 usable pixels
+    QCOMPARE(log.take(), QStringList{"timeBoundsChanged(-5, 0)"});
+    curve->addPoint(-0.5, impl.maxValueBound());
+    impl.recalculateBounds();
+    QCOMPARE(log.take(), QStringList());
+    QCOMPARE(impl.yScaleFactor(), 106.0 / 12.72);
+}
+
+void tst_stripChart::rescalesDataBelowHalfTheUsableHeight()
+{
+    bareChartImpl_t impl;
+    auto* const curve = new stripChartCurve_t(nullptr);
+    impl.addCurve(curve);
+    curve->addPoint(-10.0, -5.0);
+    curve->addPoint(-9.0, 5.0);
+    curve->addPoint(-2.0, -2.5);
+    curve->addPoint(-1.0, 2.5);
+    impl.updateSize(10, 106);
+    signalLog_t<stripChartImpl_t> log(&impl);
+    impl.timeBounds(-5.0, 0.0); // 5 units take 41 pixels: half = 53 * 1.2 * 5 / 100
+    QCOMPARE(log.take(),
+             (QStringList{"timeBoundsChanged(-5, 0)", "valueBoundsChanged(-3.1799999999999997, "
+                                                      "3.1799999999999997)"}));
+}
+
+void tst_stripChart::rescalesDataBeyondABound()
+{
+    bareChartImpl_t impl;
+    auto* const curve = new stripChartCurve_t(nullptr);
+    impl.addCurve(curve);
+    curve->addPoint(-10.0, -5.0);
+    curve->addPoint(-9.0, 5.0);
+    impl.updateSize(10, 106);
+    QCOMPARE(impl.maxValueBound(), 6.36);
+    curve->addPoint(-8.0, std::nextafter(impl.maxValueBound(), 7.0));
+    impl.recalculateBounds(); // -5 to 6.36: 0.68 +- 53 * 1.2 * 11.36 / 100
+    QVERIFY(std::abs(impl.minValueBound() - (0.68 - 7.22496)) < 1e-12);
+    QVERIFY(std::abs(impl.maxValueBound() - (0.68 + 7.22496)) < 1e-12);
+}
+
+// Deliberate: the pixels that the data takes are those of the scale before this recalculation, so
+// that a window growing to twice its height rescales once.
+void tst_stripChart::decidesWithTheScaleAsItWasBefore()
+{
+    bareChartImpl_t impl;
+    impl.updateSize(100, 100); // +- 1.2766, 39.17 pixels per unit, so 2 units take 78 pixels
+    signalLog_t<stripChartImpl_t> log(&impl);
+    impl.updateSize(100, 162); // half of 156 usable pixels is 78
+    QCOMPARE(log.take(), QStringList());
+    QCOMPARE(impl.yScaleFactor(), 162.0 / (2.0 * (50.0 * (2.4 / 94.0))));
+    bareChartImpl_t other;
+    other.updateSize(100, 100);
+    other.updateSize(100, 164); // half of 158 is 79
+    QCOMPARE(other.maxValueBound(), 82.0 * (2.4 / 158.0));
+}
+
+void tst_stripChart::widensToTheMinimumRange()
+{
+    bareChartImpl_t impl;
+    auto* const curve = new stripChartCurve_t(nullptr);
+    impl.addCurve(curve);
+    curve->addPoint(-2.0, 99.0);
+    curve->addPoint(-1.0, 101.0);
+    impl.updateSize(10, 106);
+    QCOMPARE(impl.minValueBound(), 100.0 - 1.272); // exactly the minimum range: not widened
+    impl.minValueRange(10.0);                      // 95 to 105: 100 +- 53 * 1.2 * 10 / 100
+    QCOMPARE(impl.minValueBound(), 93.64);
+    QCOMPARE(impl.maxValueBound(), 106.36);
+    impl.minValueRange(1.0); // 99 to 101 again
+    QCOMPARE(impl.minValueBound(), 100.0 - 1.272);
+}
+
+void tst_stripChart::treatsAWindowWithoutPointsAsZero()
+{
+    bareChartImpl_t impl;
+    auto* const curve = new stripChartCurve_t(nullptr);
+    impl.addCurve(curve);
+    curve->addPoint(-100.0, 50.0);
+    impl.updateSize(10, 106);
+    QCOMPARE(impl.minValueBound(), -1.272);
+    QCOMPARE(impl.maxValueBound(), 1.272);
+}
+
+// Deliberate: a curve without any point says 0.0, which counts like a point's value.
+void tst_stripChart::treatsAnEmptyCurveAsZero()
+{
+    bareChartImpl_t impl;
+    auto* const curve = new stripChartCurve_t(nullptr);
+    impl.addCurve(curve);
+    impl.addCurve(new stripChartCurve_t(nullptr));
+    curve->addPoint(-1.0, 50.0);
+    impl.updateSize(10, 106); // 0 to 50: 25 +- 53 * 1.2 * 50 / 100
+    QVERIFY(std::abs(impl.minValueBound() - -6.8) < 1e-12);
+    QVERIFY(std::abs(impl.maxValueBound() - 56.8) < 1e-12);
+}
+
+void tst_stripChart::spansAllCurves()
+{
+    bareChartImpl_t impl;
+    for (const double value : {10.0, 50.0, 30.0}) {
+        auto* const curve = new stripChartCurve_t(nullptr);
+        impl.addCurve(curve);
+        curve->addPoint(-1.0, value);
+    }
+    impl.updateSize(10, 106); // 10 to 50: 30 +- 25.44
+    QVERIFY(std::abs(impl.minValueBound() - 4.56) < 1e-12);
+    QVERIFY(std::abs(impl.maxValueBound() - 55.44) < 1e-12);
+}
+
+void tst_stripChart::leavesNonFiniteValuesOutOfAutoscale()
+{
+    bareChartImpl_t impl;
+    auto* const curve = new stripChartCurve_t(nullptr);
+    impl.addCurve(curve);
+    auto* const broken = new stripChartCurve_t(nullptr);
+    impl.addCurve(broken);
+    broken->addPoint(-5.0, nan_);
+    curve->addPoint(-5.0, 10.0);
+    curve->addPoint(-4.0, nan_);
+    curve->addPoint(-3.0, inf);
+    curve->addPoint(-2.0, -inf);
+    curve->addPoint(-1.0, 20.0);
+    impl.updateSize(10, 106);
+    QCOMPARE(impl.minValueBound(), 15.0 - 6.36);
+    QCOMPARE(impl.maxValueBound(), 15.0 + 6.36);
+    curve->clear();
+    curve->addPoint(-1.0, nan_);
+    impl.recalculateBounds();
+    QCOMPARE(impl.minValueBound(), -1.272);
+}
+
+// Deliberate: the usable height is signed; without room for the margins the bounds are reversed
+// until a real size comes.
+void tst_stripChart::reversesTheBoundsBelowTwiceTheMargin()
+{
+    bareChartImpl_t impl;
+    auto* const curve = new stripChartCurve_t(nullptr);
+    impl.addCurve(curve);
+    curve->addPoint(-1.0, 10.0);
+    signalLog_t<stripChartImpl_t> log(&impl);
+    impl.updateSize(1, 1); // usable -5: half = 0.5 * (2.4 / -5) = -0.24
+    QCOMPARE(log.take(), QStringList{boundsSignal("valueBoundsChanged", 10.24, 9.76)});
+    QVERIFY(std::abs(impl.yScaleFactor() - 1.0 / -0.48) < 1e-9);
+    impl.recalculateBounds();
+    QCOMPARE(log.take(), QStringList());
+    impl.updateSize(10, 106);
+    QCOMPARE(impl.minValueBound(), 10.0 - 1.272);
+    QCOMPARE(impl.maxValueBound(), 10.0 + 1.272);
+
+    bareChartImpl_t fitting; // 9 to 11 would not fit, but -1 to 1 does
+    signalLog_t<stripChartImpl_t> fittingLog(&fitting);
+    fitting.updateSize(1, 1);
+    fitting.updateSize(0, 0);
+    QCOMPARE(fittingLog.take(), QStringList());
+}
+
+void tst_stripChart::keepsTheBoundsAtAUsableHeightOfZero()
+{
+    bareChartImpl_t impl;
+    auto* const curve = new stripChartCurve_t(nullptr);
+    impl.addCurve(curve);
+    curve->addPoint(-1.0, 10.0);
+    signalLog_t<stripChartImpl_t> log(&impl);
+    impl.updateSize(10, 6);
+    QCOMPARE(log.take(), QStringList());
+    QCOMPARE(impl.minValueBound(), -1.0);
+    QCOMPARE(impl.maxValueBound(), 1.0);
+    QCOMPARE(impl.yScaleFactor(), 3.0);
+}
+
+void tst_stripChart::survivesExtremeValues()
+{
+    const double largest = std::numeric_limits<double>::max();
+    bareChartImpl_t impl;
+    auto* const curve = new stripChartCurve_t(nullptr);
+    impl.addCurve(curve);
+    impl.updateSize(10, 106);
+    curve->addPoint(-5.0, largest);
+    impl.recalculateBounds();
+    curve->addPoint(-4.0, -largest);
+    impl.recalculateBounds();
+    impl.recalculateBounds();
+    QVERIFY(!std::isnan(impl.minValueBound()));
+    QVERIFY(!std::isnan(impl.maxValueBound()));
+    curve->clear();
+    curve->addPoint(-3.0, 5.0);
+    impl.recalculateBounds();
+    QCOMPARE(impl.minValueBound(), 5.0 - 1.272);
+    QCOMPARE(impl.maxValueBound(), 5.0 + 1.272);
+}
+
+void tst_stripChart::appliesTheMarginAtTheNextRecalculation()
+{
+    bareChartImpl_t impl;
+    impl.updateSize(10, 106);
+    signalLog_t<stripChartImpl_t> log(&impl);
+    impl.margin(28); // 50 pixels usable
+    QCOMPARE(impl.margin(), 28u);
+    QCOMPARE(log.take(), QStringList());
+    impl.minValueRange(4.0); // half = 53 * 1.2 * 4 / 50
+    QVERIFY(std::abs(impl.maxValueBound() - 5.088) < 1e-12);
+}
+
+void tst_stripChart::announcesAnotherCanvasColourOnce()
+{
+    bareChartImpl_t impl;
+    QSignalSpy spy(&impl, &stripChartImpl_t::colorChanged);
+    impl.canvasColor(Qt::red);
+    impl.canvasColor(Qt::red);
+    QCOMPARE(spy.size(), 1);
+    QCOMPARE(impl.canvasColor(), QColor(Qt::red));
+}
+
+void tst_stripChart::keepsTheCanvasColourSilently()
+{
+    bareChartImpl_t impl;
+    QSignalSpy spy(&impl, &stripChartImpl_t::colorChanged);
+    impl.canvasColor(QColor(impl.canvasColor()));
+    QCOMPARE(spy.size(), 0);
+}
+
+void tst_stripChart::refusesNullAndDuplicateCurves()
+{
+    stripChart_t chart(nullptr);
+    auto* const curve = new stripChartCurve_t(nullptr);
+    QVERIFY(!chart.addCurve(nullptr));
+    QVERIFY(chart.addCurve(curve));
+    QVERIFY(!chart.addCurve(curve));
+    QCOMPARE(implOf(chart).curves(), std::set<stripChartCurve_t*>{curve});
+}
+
+void tst_stripChart::refusesToRemoveNullAndUnknownCurves()
+{
+    stripChart_t chart(nullptr);
+    stripChartCurve_t unknown;
+    QVERIFY(!chart.removeCurve(nullptr));
+    QVERIFY(!chart.removeCurve(&unknown));
+    auto* const curve = new stripChartCurve_t(nullptr);
+    chart.addCurve(curve);
+    QVERIFY(!chart.removeCurve(&unknown));
+    QVERIFY(chart.removeCurve(curve));
+    QVERIFY(!chart.removeCurve(curve));
+    QVERIFY(implOf(chart).curves().empty());
+    delete curve;
+}
+
+void tst_stripChart::attachesACurvesRendererToItsWidget()
+{
+    bareChartImpl_t impl;
+    auto* const curve = new stripChartCurve_t(nullptr);
+    recordingRenderer_t* const renderer = recordingRenderer_t::attach(*curve, 10);
+    impl.addCurve(curve);
+    QCOMPARE(renderer->widget, impl.widget());
+    renderer->widget = nullptr;
+    impl.addCurve(curve);
+    QCOMPARE(renderer->widget, nullptr);
+    impl.removeCurve(curve); // doesn't detach
+    QCOMPARE(renderer->widget, nullptr);
+    delete curve;
+}
+
+void tst_stripChart::handsOutACopyOfItsCurves()
+{
+    bareChartImpl_t impl;
+    auto* const curve = new stripChartCurve_t(nullptr);
+    impl.addCurve(curve);
+    std::set<stripChartCurve_t*> copy = impl.curves();
+    copy.clear();
+    QCOMPARE(impl.curves(), std::set<stripChartCurve_t*>{curve});
+}
+
+void tst_stripChart::recalculatesNothingWhenCurvesComeAndGo()
+{
+    bareChartImpl_t impl;
+    impl.updateSize(10, 106);
+    auto* const curve = new stripChartCurve_t(nullptr);
+    curve->addPoint(-1.0, 50.0);
+    signalLog_t<stripChartImpl_t> log(&impl);
+    impl.addCurve(curve);
+    QCOMPARE(log.take(), QStringList());
+    impl.recalculateBounds();
+    QCOMPARE(log.take(), QStringList{boundsSignal("valueBoundsChanged", 48.728, 51.272)});
+    impl.removeCurve(curve);
+    impl.addCurve(curve);
+    delete curve; // leaves through cleanupCurve()
+    QVERIFY(impl.curves().empty());
+    QCOMPARE(log.take(), QStringList());
+    impl.recalculateBounds();
+    QCOMPARE(impl.maxValueBound(), 1.272);
+}
+
+void tst_stripChart::deletesItsCurves()
+{
+    auto chart = std::make_unique<stripChart_t>(nullptr);
+    const QPointer<stripChartCurve_t> first = new stripChartCurve_t(nullptr);
+    const QPointer<stripChartCurve_t> second = new stripChartCurve_t(nullptr);
+    chart->addCurve(first);
+    chart->addCurve(second);
+    chart.reset();
+    QVERIFY(!first);
+    QVERIFY(!second);
+}
+
+void tst_stripChart::deletesTheWidgetBeforeTheCurves()
+{
+    auto chart = std::make_unique<stripChart_t>(nullptr);
+    auto* const curve = new stripChartCurve_t(nullptr);
+    chart->addCurve(curve);
+    QStringList destroyed;
+    connect(curve, &QObject::destroyed, this, [&] { destroyed << "curve"; });
+    connect(implOf(*chart).widget(), &QObject::destroyed, this, [&] { destroyed << "widget"; });
+    connect(&implOf(*chart), &QObject::destroyed, this, [&] { destroyed << "implementation"; });
+    connect(chart.get(), &QObject::destroyed, this, [&] { destroyed << "chart"; });
+    chart.reset();
+    QCOMPARE(destroyed, (QStringList{"widget", "curve", "implementation", "chart"}));
+}
+
+void tst_stripChart::leavesRemovedCurvesAlone()
+{
+    auto chart = std::make_unique<stripChart_t>(nullptr);
+    const std::unique_ptr<stripChartCurve_t> owned(new stripChartCurve_t(nullptr));
+    const QPointer<stripChartCurve_t> curve = owned.get();
+    chart->addCurve(curve);
+    chart->removeCurve(curve);
+    chart.reset();
+    QVERIFY(curve);
+    curve->addPoint(1.0, 2.0); // its renderer's chart is gone
+    QCOMPARE(curve->timeMax(), 1.0);
+}
+
+void tst_stripChart::forgetsACurveThatIsDeleted()
+{
+    stripChart_t chart(nullptr);
+    auto* const curve = new stripChartCurve_t(nullptr);
+    auto* const other = new stripChartCurve_t(nullptr);
+    chart.addCurve(curve);
+    chart.addCurve(other);
+    curve->addPoints({{-9.0, -1.0, Qt::red}, {-8.0, 1.0, Qt::red}});
+    chart.resize(80, 60);
+    chart.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&chart));
+    delete curve;
+    QCOMPARE(implOf(chart).curves(), std::set<stripChartCurve_t*>{other});
+    chart.update();
+    QCOMPARE(firstDifference(shown(chart), blank(chart)), QString());
+}
+
+void tst_stripChart::survivesDeletingInAnyOrder_data()
+{
+    QTest::addColumn<QString>("order"); // A, B: charts; c: a curve, in A first and then in B
+    for (const char* const order : {"ABc", "AcB", "BAc", "BcA", "cAB", "cBA"})
+        QTest::newRow(order) << order;
+}
+
+void tst_stripChart::survivesDeletingInAnyOrder()
+{
+    QFETCH(QString, order);
+    QPointer<stripChart_t> a = new stripChart_t(nullptr);
+    QPointer<stripChart_t> b = new stripChart_t(nullptr);
+    QPointer<stripChartCurve_t> curve = new stripChartCurve_t(nullptr);
+    a->addCurve(curve);
+    curve->addPoint(-2.0, 1.0);
+    b->addCurve(curve);
+    curve->addPoint(-1.0, 2.0);
+    bool curveIsGone = false;
+    for (const QChar what : order) {
+        if (what == u'A')
+            delete a;
+        else if (what == u'B')
+            delete b;
+        else
+            delete curve;
+        curveIsGone = curveIsGone || what != u'A'; // B, its last chart, deletes it
+        QCOMPARE(!curve, curveIsGone);
+        if (curve)
+            curve->addPoint(curve->timeMax() + 1.0, 3.0);
+        if (a)
+            snapshot(*a);
+        if (b)
+            snapshot(*b);
+    }
+}
+
+void tst_stripChart::survivesACurveThatDeletesAnother()
+{
+    auto chart = std::make_unique<stripChart_t>(nullptr);
+    QPointer<stripChartCurve_t> first = new stripChartCurve_t(nullptr);
+    QPointer<stripChartCurve_t> second = new stripChartCurve_t(nullptr);
+    chart->addCurve(first);
+    chart->addCurve(second);
+    connect(first, &QObject::destroyed, this, [&] { delete second; });
+    connect(second, &QObject::destroyed, this, [&] { delete first; });
+    chart.reset();
+    QVERIFY(!first);
+    QVERIFY(!second);
+}
+
+void tst_stripChart::mayBeDeletedBySlotsOfACurvesEnd()
+{
+    QPointer<stripChart_t> chart = new stripChart_t(nullptr);
+    auto* const curve = new stripChartCurve_t(nullptr);
+    const QPointer<stripChartCurve_t> other = new stripChartCurve_t(nullptr);
+    chart->addCurve(curve);
+    chart->addCurve(other);
+    connect(curve, &QObject::destroyed, this, [&] { delete chart; });
+    delete curve;
+    QVERIFY(!chart);
+    QVERIFY(!other);
+}
+
+void tst_stripChart::stopsAtAMinimumRangeThatIsNotPositive_data()
+{
+    QTest::addColumn<QString>("scenario");
+    QTest::addColumn<bool>("stops");
+    QTest::newRow("zero") << "minValueRange 0" << true;
+    QTest::newRow("minus zero") << "minValueRange -0" << true;
+    QTest::newRow("negative") << "minValueRange -1" << true;
+    QTest::newRow("NaN") << "minValueRange nan" << true;
+    QTest::newRow("smallest") << "minValueRange 5e-324" << false;
+    QTest::newRow("infinite") << "minValueRange inf" << false;
+}
+
+void tst_stripChart::stopsAtAMinimumRangeThatIsNotPositive()
+{
+    QFETCH(QString, scenario);
+    QFETCH(bool, stops);
+    const childOutcome_t child = runChild(scenario);
+    QCOMPARE(child.crashed, stops);
+    QCOMPARE(child.said,
+             stops ? QStringList{"fatal: stripChart_t::minValueRange: Range must be positive"}
+                   : QStringList{"survived"});
+}
+
+void tst_stripChart::choosesTheBackEndOnce_data()
+{
+    QTest::addColumn<QString>("variable");
+    QTest::addColumn<QStringList>("message");
+    const QString name = "ZORBIN_QT_STRIPCHART_TYPE";
+    QTest::newRow("unset") << name << QStringList();
+    QTest::newRow("simple") << name + "=simple" << QStringList();
+    QTest::newRow("empty") << name + "=" << QStringList{"debug: ZORBIN_QT_STRIPCHART () invalid!"};
+    QTest::newRow("upper case") << name + "=GL"
+                                << QStringList{"debug: ZORBIN_QT_STRIPCHART (GL) invalid!"};
+    QTest::newRow("junk") << name + "=junk"
+                          << QStringList{"debug: ZORBIN_QT_STRIPCHART (junk) invalid!"};
+    QTest::newRow("space around") << name + "= simple"
+                                  << QStringList{"debug: ZORBIN_QT_STRIPCHART ( simple) invalid!"};
+    QTest::newRow("printf directives")
+        << name + "=%s%n" << QStringList{"debug: ZORBIN_QT_STRIPCHART (%s%n) invalid!"};
+}
+
+void tst_stripChart::choosesTheBackEndOnce()
+{
+    QFETCH(QString, variable);
+    QFETCH(QStringList, message);
+    // Asked first by a chart, by a curve, and by several threads at once.
+    for (const char* const scenario : {"chart first", "curve first", "threads first"}) {
+        const childOutcome_t child = runChild(scenario, {variable});
+        QVERIFY(!child.crashed);
+        QCOMPARE(child.said, (message + QStringList{"simple", "painter", "simple", "painter"}));
+    }
+}
+
+void tst_stripChart::fallsBackToThePainterWithoutOpenGl()
+{
+    const childOutcome_t child = runChild("chart first", {"ZORBIN_QT_STRIPCHART_TYPE=gl"});
+    QVERIFY(!child.crashed);
+    QCOMPARE(child.said.size(), 5);
+    QVERIFY(child.said.first().startsWith("warning: "));
+    QCOMPARE(child.said.mid(1), (QStringList{"simple", "painter", "simple", "painter"}));
+}
+
+static int minValueRange(double range)
+{
+    stripChart_t chart(nullptr);
+    chart.minValueRange(range);
+    std::puts("survived");
+    return 0;
+}
+
+// Prints the back end chosen, and that of a chart made, before and after the variable changes.
+static int printBackEnd()
+{
+    for (const char* const value : {"", "gl"}) {
+        if (*value)
+            qputenv("ZORBIN_QT_STRIPCHART_TYPE", value);
+        std::puts(stripChartImpl_t::implementationType().c_str());
+        stripChart_t chart(nullptr);
+        std::puts(chart.findChild<simpleStripChartImpl_t*>() ? "painter" : "other");
+        std::fflush(stdout);
+    }
+    return 0;
+}
+
+int main(int argc, char** argv)
+{
+    childScenarios_t scenarios;
+    for (const char* const range : {"0", "-0", "-1", "nan", "5e-324", "inf"})
+        scenarios.insert(QStringLiteral("minValueRange %1").arg(QLatin1String(range)),
+                         [range] { return minValueRange(std::strtod(range, nullptr)); });
+    scenarios.insert("chart first", [] {
+        const stripChart_t chart(nullptr);
+        return printBackEnd();
+    });
+    scenarios.insert("curve first", [] {
+        const stripChartCurve_t curve(nullptr);
+        return printBackEnd();
+    });
+    scenarios.insert("threads first", [] {
+        std::vector<std::unique_ptr<QThread>> threads;
+        for (int i = 0; i < 8; ++i) {
+            threads.emplace_back(
+                QThread::create([] { (void)stripChartImpl_t::implementationType(); }));
+            threads.back()->start();
+        }
+        for (const auto& thread : threads)
+            thread->wait();
+        return printBackEnd();
+    });
+    tst_stripChart tests;
+    return runTestsOrScenario(argc, argv, tests, scenarios);
+}
+
+#include "tst_stripChart.moc"
