@@ -21,7 +21,8 @@
 #include <sys/resource.h>
 
 namespace {
-const int framesPerBlock = 10; // between two looks at the clock
+const int framesPerBlock = 5;     // between two looks at the clock
+const double warmUpSeconds = 0.1; // CPU time that isn't counted
 
 struct options_t
 {
@@ -134,24 +135,29 @@ private:
 using prepare_t = std::function<void(int firstFrame)>; // untimed, before every block of frames
 using frame_t = std::function<void(int frame)>;        // up to, but not with, its end
 
-// Times the frames, after a block to warm up.
+// Times the frames, after some to warm up.
 void timeFrames(const std::string& name, stage_t* stage, const options_t& options,
                 const prepare_t& prepare, const frame_t& frame)
 {
+    double warmUp = 0.0;
     double used = 0.0;
-    int frames = 0;
-    for (bool warm = false; used < options.seconds; warm = true) {
-        prepare(frames);
+    int counted = 0;
+    for (int first = 0; used < options.seconds; first += framesPerBlock) {
+        prepare(first);
         const double start = cpuSeconds();
-        for (int i = 0; i < framesPerBlock; ++i) {
-            frame(frames + i);
+        for (int i = first; i < first + framesPerBlock; ++i) {
+            frame(i);
             stage->endFrame();
         }
-        frames += framesPerBlock;
-        if (warm)
-            used += cpuSeconds() - start;
+        const double spent = cpuSeconds() - start;
+        if (warmUp < warmUpSeconds) {
+            warmUp += spent;
+        } else {
+            used += spent;
+            counted += framesPerBlock;
+        }
     }
-    print(name, 1e3 * used / (frames - framesPerBlock), "ms/frame");
+    print(name, 1e3 * used / counted, "ms/frame");
 }
 
 // Prints digests of pictures instead.
