@@ -21,6 +21,8 @@ using zorbin_qt_gui::stripChart_t;
 
 namespace {
 
+const char SHIP[] = EXAMPLE_DATA "/nbp1406-underway/underway-10min.log";
+const char BOAT[] = EXAMPLE_DATA "/plaka-sailing/plaka-10min.log";
 const double START = 1406851200.0; // 2014-08-01 00:00:00 UTC
 const double LENGTH = 600.0;       // s
 enum panel_t
@@ -41,7 +43,7 @@ readResult_t testLine()
     for (int second = 0; second <= 600; ++second) {
         const double time = START + second;
         if (second % 10 == 0 && (second <= 200 || second >= 300))
-            line.recording.add(CHANNEL_DEPTH, "SDDPT", {time, 100.0 + second / 10});
+            line.recording.add(CHANNEL_DEPTH, "SDDPT", {time, 100.0 + second / 10.0});
         const double swing = 5.0 * std::sin(second * 0.1);
         line.recording.add(CHANNEL_GYRO_HEADING, "HEHDT",
                            {time, swing < 0.0 ? swing + 360.0 : swing});
@@ -500,7 +502,7 @@ void tst_surveyConsole::fitsTheScreen_data()
 void tst_surveyConsole::fitsTheScreen()
 {
     QFETCH(QSize, size);
-    readResult_t ship = readRecording(EXAMPLE_DATA "/nbp1406-underway/underway-10min.log");
+    readResult_t ship = readRecording(SHIP);
     QCOMPARE(ship.error, QString());
     mainWindow_t window("underway-10min.log", std::move(ship), [] { return 0.0; });
     window.resize(size);
@@ -659,8 +661,7 @@ void tst_surveyConsole::replaysTheBoat()
     QTemporaryDir directory;
     const QString path = directory.filePath("boat.png");
     const outcome_t outcome =
-        runConsole({"--recording", EXAMPLE_DATA "/plaka-sailing/plaka-10min.log", "--speed", "20",
-                    "--screenshot", path});
+        runConsole({"--recording", BOAT, "--speed", "20", "--screenshot", path});
     QCOMPARE(outcome.err, QString());
     QCOMPARE(outcome.exitCode, 0);
     QCOMPARE(QImage(path).size(), QSize(1280, 800));
