@@ -5,6 +5,7 @@
 #include "numbers_p.h"
 #include "simpleStripChartWidget.h"
 
+#include <QImage>
 #include <QLine>
 #include <QPaintEngine>
 #include <QPainter>
@@ -80,12 +81,23 @@ struct shortcuts_t
     QRect clip;              // in the painter's coordinates, for footprints
 };
 
+// Other formats may round the colour of a rectangle otherwise than that of a line.
+bool isScreenFormat(const QPaintDevice* device)
+{
+    if (device->devType() != QInternal::Image)
+        return device->depth() == 32;
+    const QImage::Format format = static_cast<const QImage*>(device)->format();
+    return format == QImage::Format_RGB32 || format == QImage::Format_ARGB32 ||
+           format == QImage::Format_ARGB32_Premultiplied;
+}
+
 shortcuts_t shortcutsFor(const context_t& context)
 {
     shortcuts_t result;
     const QPainter& painter = *context.painter;
     const QPaintEngine* const engine = painter.paintEngine();
-    const bool isPlain = engine->type() == QPaintEngine::Raster && painter.opacity() == 1.0 &&
+    const bool isPlain = engine->type() == QPaintEngine::Raster &&
+                         isScreenFormat(engine->paintDevice()) && painter.opacity() == 1.0 &&
                          painter.compositionMode() == QPainter::CompositionMode_SourceOver &&
                          !painter.testRenderHint(QPainter::Antialiasing);
     // With time running to the right, points are in the order of their columns.
@@ -138,7 +150,7 @@ struct simpleCurveRendererPrivate_t
 
     explicit simpleCurveRendererPrivate_t(const stripChartCurveData_t* data) : curve(*data) {}
 
-    void drawLineByLine(const context_t& context, size_t first, size_t last);
+    void drawLineByLine(const context_t& context, size_t batchSize, size_t first, size_t last);
     void drawColumns(const context_t& context, const shortcuts_t& shortcuts, const piece_t& piece,
                      const std::vector<column_t>& columns);
     const layout_t& layoutFor(const context_t& context, size_t begin, size_t end);
@@ -164,11 +176,10 @@ void simpleCurveRendererPrivate_t::flushLines(QPainter* painter)
     lines.clear();
 }
 
-// Draws the lines that end at the points [first, last).
-void simpleCurveRendererPrivate_t::drawLineByLine(const context_t& context, size_t first,
-                                                  size_t last)
+// Draws the lines that end at the points [first, last), up to batchSize of them at a time.
+void simpleCurveRendererPrivate_t::drawLineByLine(const context_t& context, size_t batchSize,
+                                                  size_t first, size_t last)
 {
-    constexpr size_t batchSize = 1024;
     const auto& points = curve.points;
     for (size_t i = first; i < last; ++i) {
         const point_t& previous = points[i - 1];
@@ -411,16 +422,18 @@ void simpleCurveRenderer_t::draw(const context_t& context)
 
     const shortcuts_t shortcuts = shortcutsFor(context);
     if (!shortcuts.bars) {
-        m_p->drawLineByLine(context, begin + 1, end + 1);
+        // There the painter may draw a batch as one shape, or leave out joints.
+        m_p->drawLineByLine(context, 1, begin + 1, end + 1);
         return;
     }
     const auto& layout = m_p->layoutFor(context, begin, end);
+    constexpr size_t batchSize = 1024;
     const quint64 dropped = m_d->index->dropped();
     for (const piece_t& piece : layout.pieces) {
         if (piece.hasColumns())
             m_p->drawColumns(context, shortcuts, piece, layout.columns);
         else
-            m_p->drawLineByLine(context, piece.first - dropped, piece.last - dropped);
+            m_p->drawLineByLine(context, batchSize, piece.first - dropped, piece.last - dropped);
     }
 }
 

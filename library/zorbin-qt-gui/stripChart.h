@@ -64,6 +64,11 @@ public Q_SLOTS:
     /// Moves the time window so that \p time_ (seconds) is at its right edge, keeping its span.
     /// The painter back end rounds the edge up to a whole pixel and shifts what is painted
     /// already. Times that are not finite are ignored.
+    ///
+    /// The time scale follows the chart's width only at a change of the time bounds: the first
+    /// scroll after a resize still counts pixels by the former width and may put the edge too far
+    /// ahead, and before the chart is first shown any scroll does. An application that minds sets
+    /// timeBounds() once after a resize.
     void scrollTime(double time_);
 
     /// Sets the time at the left and the right edge, in seconds. Emits timeBoundsChanged(), and
