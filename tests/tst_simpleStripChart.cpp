@@ -135,6 +135,7 @@ private Q_SLOTS:
     void repaintsTheColumnsOfNewPoints();
     void repaintsTheColumnsOfRemovedPoints();
     void repaintsAgainAfterEachFrame();
+    void repaintsWhatWasMarkedBeforeAndAfterAScroll();
     void repaintsEverythingWhenTheValueBoundsMove();
 
     // Scrolling.
@@ -143,6 +144,7 @@ private Q_SLOTS:
     void leavesTheBoundsAloneInsideTheWindow();
     void jumpsWithAFullRepaint_data();
     void jumpsWithAFullRepaint();
+    void leavesTheBoundsAloneWhateverTheRounding();
     void keepsPixelAlignedForHours();
 
     // The pointer.
@@ -399,6 +401,21 @@ void tst_simpleStripChart::repaintsAgainAfterEachFrame()
     }
 }
 
+void tst_simpleStripChart::repaintsWhatWasMarkedBeforeAndAfterAScroll()
+{
+    plotted_t plot;
+    auto* const second = new stripChartCurve_t(nullptr);
+    plot.chart.addCurve(second);
+    QVERIFY(plot.show());
+    plot.curve->addPoint(0.0, 0.0, Qt::red);
+    second->addPoint(2.5, 0.0, Qt::blue);
+    plot.paints->take();
+    plot.curve->addPoint(10.0, 1.0, Qt::red); // columns 0 to 200
+    plot.chart.scrollTime(17.0);              // 40 columns to the left, so up to 160
+    second->addPoint(11.0, 1.0, Qt::blue);    // columns 10 to 190
+    QCOMPARE(plot.paints->take(), QRegion(0, 0, 190, 100) + QRegion(260, 0, 40, 100));
+}
+
 void tst_simpleStripChart::repaintsEverythingWhenTheValueBoundsMove()
 {
     plotted_t plot;
@@ -480,6 +497,24 @@ void tst_simpleStripChart::jumpsWithAFullRepaint()
     QCOMPARE(plot.paints->take(), QRegion(0, 0, 300, 100));
     plot.chart.scrollTime(time + 0.051); // no shift is left over; two pixels
     QCOMPARE(plot.paints->take(), QRegion(298, 0, 2, 100));
+}
+
+void tst_simpleStripChart::leavesTheBoundsAloneWhateverTheRounding()
+{
+    plotted_t plot;
+    QSignalSpy spy(&plot.chart, &stripChart_t::timeBoundsChanged);
+    int roundedEdges = 0; // that aren't where the pixels say
+    for (int i = 1; i <= 1000; ++i) {
+        plot.chart.timeBounds(-0.00123 * i, 3.7 * i);
+        const double min = plot.chart.minTimeBound();
+        const double max = plot.chart.maxTimeBound();
+        if (min + 300 / (300 / (max - min)) != max)
+            ++roundedEdges;
+        spy.clear();
+        plot.chart.scrollTime(0.5 * min + 0.5 * max);
+        QCOMPARE(spy.size(), 0);
+    }
+    QVERIFY(roundedEdges > 0); // or else nothing was tested
 }
 
 void tst_simpleStripChart::keepsPixelAlignedForHours()
@@ -1163,6 +1198,7 @@ void tst_simpleStripChart::showsAsThePlainWidget()
     QVERIFY(both.show(QSize(random.integer(100, 400), random.integer(50, 200))));
     double span = 10.0;
     double now = 100.0;
+    const double lead = random.oneOf<double>({0.0, 0.0, 3.0, 6.0}); // the window's, over the points
     const auto timeBounds = [&](double min, double max) {
         both.chart.timeBounds(min, max);
         both.plain.timeBounds(min, max);
@@ -1247,7 +1283,7 @@ void tst_simpleStripChart::showsAsThePlainWidget()
                     }
                     now = std::max(now, to);
                 } else {
-                    scrollTime(now - random.oneOf<double>({0.0, 0.0, 0.3}));
+                    scrollTime(now + lead - random.oneOf<double>({0.0, 0.0, 0.3}));
                 }
             }
         }

@@ -123,6 +123,7 @@ private Q_SLOTS:
     void rescalesDataBeyondABound();
     void decidesWithTheScaleAsItWasBefore();
     void widensToTheMinimumRange();
+    void countsPointsOnTheWindowsEdges();
     void treatsAWindowWithoutPointsAsZero();
     void treatsAnEmptyCurveAsZero();
     void spansAllCurves();
@@ -703,6 +704,22 @@ void tst_stripChart::widensToTheMinimumRange()
     QCOMPARE(impl.maxValueBound(), 106.36);
     impl.minValueRange(1.0); // 99 to 101 again
     QCOMPARE(impl.minValueBound(), 100.0 - 1.272);
+}
+
+void tst_stripChart::countsPointsOnTheWindowsEdges()
+{
+    bareChartImpl_t impl;
+    auto* const curve = new stripChartCurve_t(nullptr);
+    impl.addCurve(curve);
+    curve->addPoints({{std::nextafter(10.0, 9.0), 1000.0, QColor()},
+                      {10.0, 40.0, QColor()},
+                      {15.0, 50.0, QColor()},
+                      {20.0, 60.0, QColor()},
+                      {std::nextafter(20.0, 21.0), -1000.0, QColor()}});
+    impl.updateSize(10, 106);
+    impl.timeBounds(10.0, 20.0); // 40 to 60: 50 +- 53 * 1.2 * 20 / 100
+    QVERIFY(std::abs(impl.minValueBound() - 37.28) < 1e-12);
+    QVERIFY(std::abs(impl.maxValueBound() - 62.72) < 1e-12);
 }
 
 void tst_stripChart::treatsAWindowWithoutPointsAsZero()
