@@ -2,7 +2,6 @@
 
 #include "stripChartCurveRenderer.h"
 
-#include <algorithm>
 #include <cstring>
 
 namespace zorbin_qt_gui {
@@ -22,6 +21,8 @@ bool isSpecial(const point_t& earlier, const point_t& later, double threshold)
 }
 
 } // namespace
+
+quint64 curveIndex_t::s_windowChanges = 0;
 
 bool sameColor(const QColor& a, const QColor& b)
 {
@@ -50,7 +51,7 @@ void curveIndex_t::startAfresh()
     ++m_generation;
     m_breaks.clear();
     m_breaksEnd = 0;
-    window.known = false;
+    forgetWindow();
 }
 
 void curveIndex_t::followPoints(const points_t& points)
@@ -128,20 +129,20 @@ extremes_t curveIndex_t::extremes(const points_t& points, size_t first, size_t l
 
 void curveIndex_t::dropOldest(const points_t& points, size_t count)
 {
-    if (window.known) {
-        // Losing a point that is no extreme leaves the extremes alone. Looking at each is worth
-        // while for the few points that age out at a time.
-        constexpr size_t fewPoints = 64;
-        if (count > fewPoints) {
-            blocksChanged(points[count - 1].time);
-        } else {
-            for (size_t i = 0; i < count && window.known; ++i) {
-                const point_t& point = points[i];
-                const extremes_t& extremes = window.extremes;
-                const bool isInside = point.value > extremes.min && point.value < extremes.max;
-                if (!isInside && std::isfinite(point.value))
-                    blocksChanged(point.time);
-            }
+    // Losing a point that is no extreme leaves the extremes alone. Looking at each is worth while
+    // for the few points that age out at a time.
+    constexpr size_t fewPoints = 64;
+    if (count == points.size()) {
+        forgetWindow(); // an empty curve has other extremes than an empty window
+    } else if (count > fewPoints) {
+        blocksChanged(points[count - 1].time);
+    } else {
+        for (size_t i = 0; i < count && m_window.known; ++i) {
+            const point_t& point = points[i];
+            const extremes_t& extremes = m_window.extremes;
+            const bool isInside = point.value > extremes.min && point.value < extremes.max;
+            if (!isInside && std::isfinite(point.value))
+                blocksChanged(point.time);
         }
     }
 
@@ -275,7 +276,7 @@ extremes_t windowExtremes(const stripChartCurveData_t& curve, double from, doubl
     const auto& segments = curve.segments;
     if (points.empty())
         return {0.0, 0.0};
-    curveIndex_t::window_t& window = curve.index->window;
+    const curveIndex_t::window_t& window = curve.index->window();
     if (window.known && window.from == from && window.to == to)
         return window.extremes;
 
@@ -312,7 +313,7 @@ extremes_t windowExtremes(const stripChartCurveData_t& curve, double from, doubl
             result.include(curve.index->extremes(points, begin, end + 1));
         }
     }
-    window = {true, from, to, result};
+    curve.index->remember({true, from, to, result});
     return result;
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 #include "stripChartCurve.h"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <deque>
@@ -15,14 +16,14 @@ struct extremes_t
     double min = std::numeric_limits<double>::max();
     double max = -std::numeric_limits<double>::max();
 
-    void include(double value)
+    /// Returns whether that changed anything.
+    bool include(double value)
     {
-        if (!std::isfinite(value))
-            return;
-        if (value < min)
-            min = value;
-        if (value > max)
-            max = value;
+        if ((value >= min && value <= max) || !std::isfinite(value))
+            return false;
+        min = std::min(min, value);
+        max = std::max(max, value);
+        return true;
     }
     void include(const extremes_t& other)
     {
@@ -82,19 +83,37 @@ public:
         double to = 0.0;
         extremes_t extremes;
     };
-    window_t window;
+    const window_t& window() const { return m_window; }
+    /// Remembers what was found for a window.
+    void remember(const window_t& window)
+    {
+        m_window = window;
+        ++s_windowChanges;
+    }
+    /// Forgets it.
+    void forgetWindow()
+    {
+        m_window.known = false;
+        ++s_windowChanges;
+    }
+
+    /// Grows whenever the extremes remembered by any curve may no longer be the same: as long as it
+    /// stands still, asking all of them again for the same window gives the same.
+    static quint64 windowChanges() { return s_windowChanges; }
 
     /// Tells that a newest point was appended: it widens the window's extremes if it lies inside.
     void pointAdded(double time, double value)
     {
-        if (window.known && window.from <= time && time <= window.to)
-            window.extremes.include(value);
+        if (!m_window.known)
+            ++s_windowChanges;
+        else if (m_window.from <= time && time <= m_window.to && m_window.extremes.include(value))
+            ++s_windowChanges;
     }
     /// Tells that blocks of points were summarised or dissolved whose times reach up to \p time.
     void blocksChanged(double time)
     {
-        if (!(time < window.from))
-            window.known = false;
+        if (!(time < m_window.from))
+            forgetWindow();
     }
 
 private:
@@ -109,8 +128,10 @@ private:
         void dropBefore(quint64 block);
     };
     static constexpr unsigned levelCount = 5;
-    static constexpr quint64 leafSize = 32; // points in a block of the lowest level
+    static constexpr quint64 leafSize = 64; // points in a block of the lowest level
     static constexpr quint64 fanOut = 16;   // blocks of one level in a block of the next
+
+    static quint64 s_windowChanges; // GUI thread only, as all that changes it
 
     void startAfresh();
     void followPoints(const points_t& points);
@@ -119,6 +140,8 @@ private:
     quint64 m_base = 0; // number of points.front()
     quint64 m_generation = 0;
     double m_leafTime = 0.0; // time of the last point covered by the lowest level
+
+    window_t m_window;
 
     std::deque<quint64> m_breaks; // numbers, ascending
     quint64 m_breaksEnd = 0;      // lines below this number were examined

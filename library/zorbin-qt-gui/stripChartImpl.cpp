@@ -77,6 +77,7 @@ bool stripChartImpl_t::addCurve(stripChartCurve_t* curve)
 {
     if (curve == nullptr || !m_curves.insert(curve).second)
         return false;
+    m_isSettled = false;
     curve->renderer()->chart(widget());
     connect(curve, &QObject::destroyed, this, &stripChartImpl_t::cleanupCurve);
     return true;
@@ -86,6 +87,7 @@ bool stripChartImpl_t::removeCurve(stripChartCurve_t* curve)
 {
     if (m_curves.erase(curve) == 0)
         return false;
+    m_isSettled = false;
     disconnect(curve, &QObject::destroyed, this, &stripChartImpl_t::cleanupCurve);
     return true;
 }
@@ -100,6 +102,7 @@ void stripChartImpl_t::cleanupCurve()
         });
     if (found != m_curves.end())
         m_curves.erase(found);
+    m_isSettled = false;
 }
 
 std::set<stripChartCurve_t*> stripChartImpl_t::curves() const
@@ -113,6 +116,7 @@ void stripChartImpl_t::timeBounds(double min, double max)
         return;
     m_timeMin = min;
     m_timeMax = max;
+    m_isSettled = false;
     m_xCenter = (min + max) * 0.5;
     m_xScale = m_width / (max - min);
     Q_EMIT timeBoundsChanged(min, max);
@@ -141,6 +145,7 @@ void stripChartImpl_t::valueBounds(double min, double max)
         return;
     m_valueMin = min;
     m_valueMax = max;
+    m_isSettled = false;
     m_yCenter = (min + max) * 0.5;
     m_yScale = m_height / (max - min);
     Q_EMIT valueBoundsChanged(min, max);
@@ -245,6 +250,9 @@ void stripChartImpl_t::recalculateBounds()
 
 void stripChartImpl_t::autoscale()
 {
+    if (m_isSettled && m_settledChanges == curveIndex_t::windowChanges())
+        return;
+
     // Data extent in the visible time window.
     extremes_t extent;
     for (const stripChartCurve_t* curve : m_curves)
@@ -253,9 +261,6 @@ void stripChartImpl_t::autoscale()
         extent = {0.0, 0.0};
     double low = extent.min;
     double high = extent.max;
-    if (m_isSettled && low == m_settledLow && high == m_settledHigh)
-        return;
-
     double range = high - low;
     if (m_minRange > range) {
         const double middle = (high + low) * 0.5;
@@ -284,8 +289,7 @@ void stripChartImpl_t::autoscale()
     const double scale = m_height / (newMax - newMin);
     const bool isSame = newMin == m_valueMin && newMax == m_valueMax;
     m_isSettled = isSame && center == m_yCenter && scale == m_yScale;
-    m_settledLow = extent.min;
-    m_settledHigh = extent.max;
+    m_settledChanges = curveIndex_t::windowChanges();
     m_yCenter = center;
     m_yScale = scale;
     if (isSame)

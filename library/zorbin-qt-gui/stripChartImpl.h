@@ -128,10 +128,9 @@ private:
     double m_valueMax = 1.0;
     double m_minRange = 2.0;
 
-    // While set, autoscaling data from m_settledLow to m_settledHigh changes nothing: the last
-    // time it did not, and no other setting that it looks at was touched since.
+    // While set, and as long as no curve's extremes change, autoscaling changes nothing: the last
+    // time it did not, and nothing else that it looks at was touched since.
     bool m_isSettled = false;
-    double m_settledLow = 0.0;
-    double m_settledHigh = 0.0;
+    quint64 m_settledChanges = 0; // curveIndex_t::windowChanges() at that time
 };
 } // namespace zorbin_qt_gui

@@ -83,6 +83,7 @@ void plainChart_t::scrollTime(double time)
     const bool isStretched = std::abs(span * m_xScale - m_canvas->width()) >= 0.5;
     m_scroll = m_canvas->width() - k;
     timeBounds(newMax - span, newMax);
+    m_scroll = 0; // also when these were the bounds already
     if (isStretched)
         m_canvas->update();
 }
