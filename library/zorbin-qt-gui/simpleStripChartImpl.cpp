@@ -2,6 +2,7 @@
 
 #include "simpleStripChartWidget.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace zorbin_qt_gui {
@@ -35,20 +36,19 @@ void simpleStripChartImpl_t::scrollTime(double t)
         return;
     }
 
-    // The first whole-pixel position at or after t; from the right edge it is at most one window
-    // away.
+    // Inside the window the edge stays; that its computation may be rounded otherwise must neither
+    // repaint the whole widget at every call nor creep.
+    constexpr double roundingPixels = 1e-6;
     const int width = m_widget->width();
     int pixels = width;
     double newMax = timeMin + pixels / xScale;
+    if (t <= std::max(timeMax, newMax) && std::abs(newMax - timeMax) * xScale < roundingPixels)
+        return;
+    // The first whole-pixel position at or after t; it is at most one window away.
     while (t > newMax) {
         ++pixels;
         newMax = timeMin + pixels / xScale;
     }
-    // Where the edge stays and only its computation is rounded otherwise, new bounds would
-    // repaint the whole widget at every call.
-    constexpr double roundingPixels = 1e-6;
-    if (pixels == width && std::abs(newMax - timeMax) * xScale < roundingPixels)
-        return;
     m_widget->timeScroll(width - pixels);
     timeBounds(newMax - span, newMax);
     m_widget->timeScroll(0); // not for later bounds, should these have been the same

@@ -73,6 +73,8 @@ void plainChart_t::scrollTime(double time)
     }
     int k = m_canvas->width();
     double newMax = timeMin + k / m_xScale;
+    if (time <= timeMax && std::abs(newMax - timeMax) * m_xScale < 1e-6)
+        return;
     while (time > newMax) {
         ++k;
         newMax = timeMin + k / m_xScale;
