@@ -161,6 +161,7 @@ private Q_SLOTS:
     void survivesAnythingInItsPoints();
 
     // Against the plain way.
+    void leavesThePainterAsItWas_data();
     void leavesThePainterAsItWas();
     void drawsNothingForReversedOrEmptyWindows();
     void drawsAsThePlainWay_data();
@@ -718,8 +719,16 @@ static context_t wholeContext(QPainter* painter)
     return context;
 }
 
+void tst_simpleStripChart::leavesThePainterAsItWas_data()
+{
+    QTest::addColumn<double>("opacity");
+    QTest::newRow("opaque") << 1.0;
+    QTest::newRow("translucent, line by line") << 0.5;
+}
+
 void tst_simpleStripChart::leavesThePainterAsItWas()
 {
+    QFETCH(double, opacity);
     stripChartCurve_t curve;
     for (int i = 0; i < 2000; ++i)
         curve.addPoint(0.01 * i, 4.0 * std::sin(i), i % 500 < 400 ? Qt::red : Qt::blue);
@@ -728,7 +737,7 @@ void tst_simpleStripChart::leavesThePainterAsItWas()
     QPainter painter(&picture);
     painter.setBrush(Qt::green);
     painter.setBackground(Qt::yellow);
-    painter.setOpacity(0.5);
+    painter.setOpacity(opacity);
     painter.setClipRect(10, 10, 200, 50);
     painter.translate(3, 4);
     const QTransform transform = painter.transform();
@@ -736,7 +745,7 @@ void tst_simpleStripChart::leavesThePainterAsItWas()
     static_cast<simpleCurveRenderer_t*>(curve.renderer())->draw(wholeContext(&painter));
     QCOMPARE(painter.brush(), QBrush(Qt::green));
     QCOMPARE(painter.background(), QBrush(Qt::yellow));
-    QCOMPARE(painter.opacity(), 0.5);
+    QCOMPARE(painter.opacity(), opacity);
     QCOMPARE(painter.transform(), transform);
     QCOMPARE(painter.clipRegion(), QRegion(7, 6, 200, 50));
     QCOMPARE(painter.renderHints(), hints);

@@ -17,6 +17,7 @@
 #include <QVBoxLayout>
 #include <cmath>
 #include <cstdio>
+#include <functional>
 #include <limits>
 #include <memory>
 #include <vector>
@@ -75,6 +76,21 @@ stripChartImpl_t& implOf(stripChart_t& chart)
 }
 
 } // namespace
+
+/// Deletes what it is given, from a slot.
+class deleter_t : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit deleter_t(QObject* object) : m_object(object) {}
+
+public Q_SLOTS:
+    void deleteIt() { delete m_object; }
+
+private:
+    const QPointer<QObject> m_object;
+};
 
 class tst_stripChart : public QObject
 {
@@ -149,6 +165,15 @@ private Q_SLOTS:
     void survivesDeletingInAnyOrder();
     void survivesACurveThatDeletesAnother();
     void mayBeDeletedBySlotsOfACurvesEnd();
+    void hasForgottenACurveBeforeItsEndIsAnnounced_data();
+    void hasForgottenACurveBeforeItsEndIsAnnounced();
+    void forgetsACurveWithoutConnections();
+    void mayBeUsedBySlotsOfItsCurvesEnd_data();
+    void mayBeUsedBySlotsOfItsCurvesEnd();
+    void mayBeDeletedBySlotsOfItsSignals_data();
+    void mayBeDeletedBySlotsOfItsSignals();
+    void losesACurveToSlotsOfItsSignals_data();
+    void losesACurveToSlotsOfItsSignals();
 
     // Child processes.
     void stopsAtAMinimumRangeThatIsNotPositive_data();
@@ -1058,6 +1083,148 @@ void tst_stripChart::mayBeDeletedBySlotsOfACurvesEnd()
     delete curve;
     QVERIFY(!chart);
     QVERIFY(!other);
+}
+
+namespace {
+using chartUse_t = std::function<void(stripChart_t*)>;
+using curveUse_t = std::function<void(stripChartCurve_t*)>;
+} // namespace
+Q_DECLARE_METATYPE(chartUse_t)
+Q_DECLARE_METATYPE(curveUse_t)
+
+// The slot is connected before the chart knows the curve, so it runs before the chart's own.
+void tst_stripChart::hasForgottenACurveBeforeItsEndIsAnnounced_data()
+{
+    QTest::addColumn<chartUse_t>("use");
+    const auto row = [](const char* name, const chartUse_t& use) { QTest::newRow(name) << use; };
+    row("other bounds", [](stripChart_t* chart) { chart->timeBounds(0.0, 10.0); });
+    row("a repaint", [](stripChart_t* chart) { chart->repaint(); });
+    row("a picture", [](stripChart_t* chart) { chart->grab(); });
+    row("deleted", [](stripChart_t* chart) { delete chart; });
+}
+
+void tst_stripChart::hasForgottenACurveBeforeItsEndIsAnnounced()
+{
+    QFETCH(chartUse_t, use);
+    const QPointer<stripChart_t> chart = new stripChart_t(nullptr);
+    auto* const curve = new stripChartCurve_t(nullptr);
+    const QPointer<stripChartCurve_t> other = new stripChartCurve_t(nullptr);
+    int uses = 0;
+    connect(curve, &QObject::destroyed, this, [&] {
+        ++uses;
+        use(chart);
+    });
+    chart->addCurve(curve);
+    chart->addCurve(other);
+    for (stripChartCurve_t* const fed : {curve, other.data()})
+        fed->addPoints({{-10.0, 1.0, Qt::red}, {-5.0, 2.0, Qt::red}});
+    delete curve;
+    QCOMPARE(uses, 1);
+    QCOMPARE(chart.isNull(), other.isNull());
+    delete chart;
+}
+
+void tst_stripChart::forgetsACurveWithoutConnections()
+{
+    stripChart_t chart(nullptr);
+    auto* const curve = new stripChartCurve_t(nullptr);
+    chart.addCurve(curve);
+    curve->disconnect();
+    delete curve;
+    QVERIFY(implOf(chart).curves().empty());
+    chart.timeBounds(0.0, 1.0);
+}
+
+void tst_stripChart::mayBeUsedBySlotsOfItsCurvesEnd_data()
+{
+    QTest::addColumn<chartUse_t>("use");
+    const auto row = [](const char* name, const chartUse_t& use) { QTest::newRow(name) << use; };
+    row("another colour", [](stripChart_t* chart) { chart->setBackgroundColor(Qt::red); });
+    row("scrolled", [](stripChart_t* chart) { chart->scrollTime(5.0); });
+    row("another curve", [](stripChart_t* chart) {
+        stripChartCurve_t curve(nullptr);
+        QVERIFY(!chart->addCurve(&curve)); // it couldn't be drawn any more
+    });
+}
+
+void tst_stripChart::mayBeUsedBySlotsOfItsCurvesEnd()
+{
+    QFETCH(chartUse_t, use);
+    auto* const chart = new stripChart_t(nullptr);
+    auto* const curve = new stripChartCurve_t(nullptr);
+    chart->addCurve(curve);
+    int uses = 0;
+    connect(curve, &QObject::destroyed, this, [&] {
+        ++uses;
+        use(chart);
+    });
+    delete chart;
+    QCOMPARE(uses, 1);
+}
+
+void tst_stripChart::mayBeDeletedBySlotsOfItsSignals_data()
+{
+    QTest::addColumn<QByteArray>("signal");
+    QTest::addColumn<chartUse_t>("use");
+    const auto row = [](const char* name, const char* signal, const chartUse_t& use) {
+        QTest::newRow(name) << QByteArray(signal) << use;
+    };
+    const char* const time = SIGNAL(timeBoundsChanged(double, double));
+    const char* const value = SIGNAL(valueBoundsChanged(double, double));
+    const char* const autoscale = SIGNAL(valueAutoscaleChanged(bool));
+    row("time bounds", time, [](stripChart_t* chart) { chart->timeBounds(0.0, 3.0); });
+    row("scrolling on", time, [](stripChart_t* chart) { chart->scrollTime(3.0); });
+    row("scrolling back", time, [](stripChart_t* chart) { chart->scrollTime(-90.0); });
+    row("value bounds", value, [](stripChart_t* chart) { chart->valueBounds(0.0, 3.0); });
+    row("value bounds, at the mode", autoscale,
+        [](stripChart_t* chart) { chart->valueBounds(0.0, 3.0); });
+    row("mode", autoscale, [](stripChart_t* chart) { chart->autoscaleValue(false); });
+    row("minimum range", value, [](stripChart_t* chart) { chart->minValueRange(500.0); });
+    row("time bounds, at the value bounds", value,
+        [](stripChart_t* chart) { chart->timeBounds(-12.0, -8.0); });
+    const chartUse_t feed = [](stripChart_t* chart) {
+        (*implOf(*chart).curves().begin())->addPoint(-1.0, 1000.0);
+    };
+    row("a point", value, feed);
+    row("clearing", value,
+        [](stripChart_t* chart) { (*implOf(*chart).curves().begin())->clear(); });
+}
+
+void tst_stripChart::mayBeDeletedBySlotsOfItsSignals()
+{
+    QFETCH(QByteArray, signal);
+    QFETCH(chartUse_t, use);
+    const QPointer<stripChart_t> chart = new stripChart_t(nullptr);
+    auto* const curve = new stripChartCurve_t(nullptr);
+    chart->addCurve(curve);
+    curve->addPoints({{-10.0, 100.0, Qt::red}, {-5.0, 200.0, Qt::red}});
+    deleter_t deleter(chart);
+    connect(chart, signal.constData(), &deleter, SLOT(deleteIt()));
+    use(chart);
+    QVERIFY(!chart);
+}
+
+void tst_stripChart::losesACurveToSlotsOfItsSignals_data()
+{
+    QTest::addColumn<curveUse_t>("use");
+    QTest::newRow("a point") << curveUse_t([](stripChartCurve_t* c) { c->addPoint(-1.0, 1e3); });
+    QTest::newRow("a batch") << curveUse_t([](stripChartCurve_t* c) {
+        c->addPoints({{-2.0, 1e3, Qt::red}, {-1.0, 1e4, Qt::red}});
+    });
+    QTest::newRow("clearing") << curveUse_t([](stripChartCurve_t* c) { c->clear(); });
+}
+
+void tst_stripChart::losesACurveToSlotsOfItsSignals()
+{
+    QFETCH(curveUse_t, use);
+    stripChart_t chart(nullptr);
+    const QPointer<stripChartCurve_t> curve = new stripChartCurve_t(nullptr);
+    chart.addCurve(curve);
+    curve->addPoints({{-10.0, 100.0, Qt::red}, {-5.0, 200.0, Qt::red}});
+    connect(&chart, &stripChart_t::valueBoundsChanged, this, [&] { delete curve; });
+    use(curve);
+    QVERIFY(!curve);
+    QVERIFY(implOf(chart).curves().empty());
 }
 
 void tst_stripChart::stopsAtAMinimumRangeThatIsNotPositive_data()

@@ -14,8 +14,8 @@
 #include <cmath>
 #include <vector>
 
-// What is to be seen is one line per pair of points. What follows draws the same pixels with work
-// that depends on the pixels rather than on the points:
+// What is to be seen is one line per pair of points. What follows draws the same pixels, on a
+// screen without scaling with work that depends on the pixels rather than on the points:
 // - Lines that stay in one pixel column are upright bars of width 2; as many as there are in a row,
 //   in one opaque colour, they cover one upright rectangle, from the least to the greatest value.
 //   Extremes come from the curve's index, and the column boundaries from a search in it.
@@ -135,8 +135,8 @@ shortcuts_t shortcutsFor(const context_t& context)
 
 struct simpleCurveRendererPrivate_t
 {
-    // Pieces and columns of the widest paint of late. They don't depend on the value axis, so a
-    // repaint in which only that moved uses them again.
+    // Pieces and columns of one paint, and what they were made for. They don't depend on the value
+    // axis.
     struct layout_t
     {
         quint64 generation = 0;
@@ -161,9 +161,9 @@ struct simpleCurveRendererPrivate_t
     void flushLines(QPainter* painter);
 
     const stripChartCurveData_t& curve;
-    QPen pen; // as it is on the painter
-    layout_t wideLayout;
-    layout_t narrowLayout;
+    QPen pen;                 // as it is on the painter
+    layout_t wideLayout;      // kept for repaints in which only the value axis moved
+    layout_t narrowLayout;    // scratch
     std::vector<QLine> lines; // scratch
     std::vector<QRect> rects; // scratch
     std::vector<int> dotRows; // scratch
@@ -294,9 +294,11 @@ void simpleCurveRendererPrivate_t::drawColumns(const context_t& context,
         flushLines(context.painter);
     }
     if (!rects.empty()) {
+        const QBrush brush = context.painter->brush();
         context.painter->setPen(Qt::NoPen);
         context.painter->setBrush(color);
         context.painter->drawRects(rects.data(), static_cast<int>(rects.size()));
+        context.painter->setBrush(brush);
         context.painter->setPen(pen);
     }
 }
@@ -400,8 +402,11 @@ simpleCurveRenderer_t::simpleCurveRenderer_t(stripChartCurveData_t* data)
 
 simpleCurveRenderer_t::~simpleCurveRenderer_t()
 {
-    if (m_chart)
-        m_chart->update(); // the curve is no longer to be seen
+    // Before anybody hears of the curve's end: what they do to the chart must not find it there.
+    if (m_chart) {
+        m_chart->removeCurve(m_d->parent);
+        m_chart->update();
+    }
 }
 
 void simpleCurveRenderer_t::draw(const context_t& context)

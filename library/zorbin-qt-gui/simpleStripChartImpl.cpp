@@ -2,25 +2,23 @@
 
 #include "simpleStripChartWidget.h"
 
+#include <QPointer>
 #include <algorithm>
 #include <cmath>
 
 namespace zorbin_qt_gui {
 
 simpleStripChartImpl_t::simpleStripChartImpl_t(QWidget* parent)
-    : stripChartImpl_t(parent), m_widget(new simpleStripChartWidget_t(this))
+    : stripChartImpl_t(parent), m_widget(std::make_unique<simpleStripChartWidget_t>(this))
 {
-    connect(m_widget, &simpleStripChartWidget_t::mousePos, this, &stripChartImpl_t::mousePos);
+    connect(m_widget.get(), &simpleStripChartWidget_t::mousePos, this, &stripChartImpl_t::mousePos);
 }
 
-simpleStripChartImpl_t::~simpleStripChartImpl_t()
-{
-    delete m_widget;
-}
+simpleStripChartImpl_t::~simpleStripChartImpl_t() = default;
 
 QWidget* simpleStripChartImpl_t::widget()
 {
-    return m_widget;
+    return m_widget.get();
 }
 
 void simpleStripChartImpl_t::scrollTime(double t)
@@ -31,7 +29,7 @@ void simpleStripChartImpl_t::scrollTime(double t)
     const double timeMax = maxTimeBound();
     const double span = timeMax - timeMin;
     const double xScale = xScaleFactor();
-    if (t < timeMin || t > timeMax + span || !std::isfinite(xScale)) {
+    if (t < timeMin || t > timeMax + span || !(xScale > 0.0) || !std::isfinite(xScale)) {
         timeBounds(t - span, t);
         return;
     }
@@ -44,13 +42,16 @@ void simpleStripChartImpl_t::scrollTime(double t)
     double newMax = timeMin + pixels / xScale;
     if (t <= std::max(timeMax, newMax) && std::abs(newMax - timeMax) * xScale < roundingPixels)
         return;
-    // The first whole-pixel position at or after t; it is at most one window away.
+    // The first whole-pixel position at or after t; it is never far.
     while (t > newMax) {
         ++pixels;
         newMax = timeMin + pixels / xScale;
     }
+    const QPointer<simpleStripChartImpl_t> self(this);
     m_widget->timeScroll(width - pixels);
     timeBounds(newMax - span, newMax);
+    if (!self)
+        return;
     m_widget->timeScroll(0); // not for later bounds, should these have been the same
     // After a resize the scale is that of the former width until the bounds change; what was
     // painted with it can't be shifted into place.

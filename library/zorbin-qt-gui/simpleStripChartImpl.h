@@ -2,6 +2,8 @@
 #include "stripChartImpl.h"
 #include "zorbinQtGuiExport.h"
 
+#include <memory>
+
 namespace zorbin_qt_gui {
 class simpleStripChartWidget_t;
 
@@ -24,6 +26,6 @@ public:
     void scrollTime(double t) override;
 
 private:
-    simpleStripChartWidget_t* m_widget; // owned
+    const std::unique_ptr<simpleStripChartWidget_t> m_widget;
 };
 } // namespace zorbin_qt_gui

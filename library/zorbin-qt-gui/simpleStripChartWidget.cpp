@@ -42,7 +42,8 @@ bool simpleStripChartWidget_t::removeCurve(stripChartCurve_t* curve)
 
 void simpleStripChartWidget_t::updateChart(double fromTime, double toTime)
 {
-    m_impl->recalculateBounds();
+    if (!m_impl->recalculateBounds())
+        return;
     const double timeMin = m_impl->minTimeBound();
     if (!(fromTime <= m_impl->maxTimeBound() && timeMin <= toTime))
         return;

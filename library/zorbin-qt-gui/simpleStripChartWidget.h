@@ -42,6 +42,12 @@ protected:
     void resizeEvent(QResizeEvent* event) override;
 
 private:
+    struct columns_t
+    {
+        int left = 0;
+        int right = 0;
+    };
+
     void publishPointerPos();
     void requestRepaint(int left, int right);
     void forgetRequests();
@@ -53,11 +59,6 @@ private:
     bool m_pointerInView = false;
     // Columns [left, right) that are sure to be repainted already; empty when none are. Two,
     // because points come in at one end of a curve and age out at the other.
-    struct columns_t
-    {
-        int left = 0;
-        int right = 0;
-    };
     columns_t m_requested[2];
     bool m_forgetPosted = false; // whether an event is on its way that empties them
 };

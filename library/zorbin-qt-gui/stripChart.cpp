@@ -5,15 +5,27 @@
 #include <QVBoxLayout>
 
 namespace zorbin_qt_gui {
+namespace {
+
+// The implementation asks for no repaint when its curves or its colour change; a user expects to
+// see what was done at once. While the chart is being destroyed its drawing widget is gone first.
+void updateCanvas(const stripChart_t& chart)
+{
+    if (QLayoutItem* const canvas = chart.layout()->itemAt(0))
+        canvas->widget()->update();
+}
+
+} // namespace
 
 stripChart_t::stripChart_t(QWidget* parent)
     : QWidget(parent), m_d(stripChartImpl_t::createChartImpl(this))
 {
-    connect(m_d, &stripChartImpl_t::timeBoundsChanged, this, &stripChart_t::timeBoundsChanged);
-    connect(m_d, &stripChartImpl_t::valueBoundsChanged, this, &stripChart_t::valueBoundsChanged);
-    connect(m_d, &stripChartImpl_t::valueAutoscaleChanged, this,
+    const stripChartImpl_t* const impl = m_d.get();
+    connect(impl, &stripChartImpl_t::timeBoundsChanged, this, &stripChart_t::timeBoundsChanged);
+    connect(impl, &stripChartImpl_t::valueBoundsChanged, this, &stripChart_t::valueBoundsChanged);
+    connect(impl, &stripChartImpl_t::valueAutoscaleChanged, this,
             &stripChart_t::valueAutoscaleChanged);
-    connect(m_d, &stripChartImpl_t::mousePos, this, &stripChart_t::mousePos);
+    connect(impl, &stripChartImpl_t::mousePos, this, &stripChart_t::mousePos);
     m_d->canvasColor(palette().color(QPalette::Window));
 
     auto* const layout = new QVBoxLayout(this);
@@ -21,19 +33,13 @@ stripChart_t::stripChart_t(QWidget* parent)
     layout->addWidget(m_d->widget(), 0);
 }
 
-stripChart_t::~stripChart_t()
-{
-    delete m_d;
-}
-
-// The implementation asks for no repaint when its curves or its colour change; a user expects to
-// see what was done at once.
+stripChart_t::~stripChart_t() = default;
 
 bool stripChart_t::addCurve(stripChartCurve_t* curve)
 {
     const bool isAdded = m_d->addCurve(curve);
     if (isAdded)
-        m_d->widget()->update();
+        updateCanvas(*this);
     return isAdded;
 }
 
@@ -41,7 +47,7 @@ bool stripChart_t::removeCurve(stripChartCurve_t* curve)
 {
     const bool isRemoved = m_d->removeCurve(curve);
     if (isRemoved)
-        m_d->widget()->update();
+        updateCanvas(*this);
     return isRemoved;
 }
 
@@ -104,7 +110,7 @@ void stripChart_t::autoscaleValue(bool enable_)
 void stripChart_t::setBackgroundColor(QColor color_)
 {
     m_d->canvasColor(color_);
-    m_d->widget()->update();
+    updateCanvas(*this);
 }
 
 } // namespace zorbin_qt_gui

@@ -4,6 +4,7 @@
 #include <QColor>
 #include <QSize>
 #include <QWidget>
+#include <memory>
 
 namespace zorbin_qt_gui {
 class stripChartCurve_t;
@@ -18,7 +19,8 @@ class stripChartImpl_t;
 /// per process at the first chart or curve; see stripChartImpl_t::implementationType().
 ///
 /// The chart owns the curves added to it and deletes those still in it when it is destroyed. A
-/// curve may be deleted before its chart; it then leaves the chart by itself. GUI thread only.
+/// curve may be deleted before its chart; it then leaves the chart by itself. Slots connected to
+/// the signals may delete the chart or a curve. GUI thread only.
 ///
 /// \image html surveyConsole.png
 class ZORBIN_QT_GUI_EXPORT stripChart_t : public QWidget
@@ -68,7 +70,7 @@ public Q_SLOTS:
     /// The time scale follows the chart's width only at a change of the time bounds: the first
     /// scroll after a resize still counts pixels by the former width and may put the edge too far
     /// ahead, and before the chart is first shown any scroll does. An application that minds sets
-    /// timeBounds() once after a resize.
+    /// other timeBounds() once after it was shown or resized.
     void scrollTime(double time_);
 
     /// Sets the time at the left and the right edge, in seconds. Emits timeBoundsChanged(), and
@@ -104,6 +106,6 @@ Q_SIGNALS:
     void mousePos(double x_, double y_);
 
 private:
-    stripChartImpl_t* m_d; // owned: deleted in the destructor, before the child widgets
+    const std::unique_ptr<stripChartImpl_t> m_d;
 };
 } // namespace zorbin_qt_gui

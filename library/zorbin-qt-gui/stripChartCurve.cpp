@@ -5,6 +5,7 @@
 #include "stripChartImpl.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace zorbin_qt_gui {
 namespace {
@@ -29,6 +30,21 @@ bool isLater(const batch_t& points, double time)
     return std::isfinite(time) && (points.empty() || time > points.back().time);
 }
 
+// Runs what may call the application's slots, which may delete the curve. Returns whether it is
+// still there.
+template <typename call_t>
+bool survives(stripChartCurveData_t* data, const call_t& call)
+{
+    bool isDeleted = false;
+    bool* const outer = std::exchange(data->isDeleted, &isDeleted);
+    call();
+    if (!isDeleted)
+        data->isDeleted = outer;
+    else if (outer != nullptr)
+        *outer = true;
+    return !isDeleted;
+}
+
 // What follows once the newest `count` points are in the queue.
 void announceAdded(stripChartCurveData_t* data, unsigned count, double fromTime)
 {
@@ -37,17 +53,18 @@ void announceAdded(stripChartCurveData_t* data, unsigned count, double fromTime)
     renderer->maybeBuildSegments();
     const auto size = static_cast<unsigned>(data->points.size());
     renderer->updateIncomingList(size - static_cast<unsigned>(data->incomingCount), size);
-    renderer->pointsAdded(count, fromTime, data->points.back().time);
-    renderer->prunePoints();
+    const double toTime = data->points.back().time;
+    if (survives(data, [&] { renderer->pointsAdded(count, fromTime, toTime); }))
+        renderer->prunePoints();
 }
 
 } // namespace
 
 stripChartCurve_t::stripChartCurve_t(QObject* parent)
-    : QObject(parent), m_d(new stripChartCurveData_t)
+    : QObject(parent), m_d(std::make_unique<stripChartCurveData_t>())
 {
     registerBatchType();
-    m_d->renderer = stripChartImpl_t::createCurveRenderer(m_d);
+    m_d->renderer = stripChartImpl_t::createCurveRenderer(m_d.get());
     m_d->parent = this;
 }
 
@@ -56,7 +73,8 @@ stripChartCurve_t::~stripChartCurve_t()
     delete m_d->renderer;
     for (const stripChartCurveRenderer_t::segment_t* segment : m_d->segments)
         delete segment;
-    delete m_d;
+    if (m_d->isDeleted != nullptr)
+        *m_d->isDeleted = true;
 }
 
 double stripChartCurve_t::timeMin() const
@@ -134,7 +152,7 @@ void stripChartCurve_t::addPoint(double time_, double value_, QColor color_)
     const double fromTime = points.empty() ? time_ : points.back().time;
     points.emplace_back(time_, value_, color_);
     m_d->index->pointAdded(time_, value_);
-    announceAdded(m_d, 1, fromTime);
+    announceAdded(m_d.get(), 1, fromTime);
 }
 
 void stripChartCurve_t::addPoint(double time_, double value_)
@@ -156,7 +174,7 @@ void stripChartCurve_t::addPoints(std::deque<point_t> points_)
         m_d->index->pointAdded(point.time, point.value);
     }
     if (points.size() != sizeBefore)
-        announceAdded(m_d, static_cast<unsigned>(points.size() - sizeBefore), fromTime);
+        announceAdded(m_d.get(), static_cast<unsigned>(points.size() - sizeBefore), fromTime);
 }
 
 void stripChartCurve_t::color(QColor color_)
@@ -174,8 +192,8 @@ void stripChartCurve_t::clear()
     // An ordinary prune with a cut-off later than every point.
     const double duration = m_d->duration;
     m_d->duration = -1.0;
-    m_d->renderer->prunePoints();
-    m_d->duration = duration;
+    if (survives(m_d.get(), [this] { m_d->renderer->prunePoints(); }))
+        m_d->duration = duration;
 }
 
 } // namespace zorbin_qt_gui

@@ -8,7 +8,6 @@
 #include <memory>
 
 namespace zorbin_qt_gui {
-class curveIndex_t;
 class stripChartCurveRenderer_t;
 struct stripChartCurveData_t;
 
@@ -90,13 +89,13 @@ public Q_SLOTS:
     void addPoints(std::deque<point_t> points_);
     /// Sets the curve's colour; emits colorChanged() when it differs.
     void color(QColor color_);
-    /// Removes all points.
+    /// Removes all points, and with them what slots add meanwhile.
     void clear();
 
 private:
     friend class stripChartImpl_t;
 
-    stripChartCurveData_t* m_d; // owned
+    const std::unique_ptr<stripChartCurveData_t> m_d;
 };
 } // namespace zorbin_qt_gui
 

@@ -10,6 +10,7 @@
 class QWidget;
 
 namespace zorbin_qt_gui {
+class curveIndex_t;
 
 /// Draws one curve and keeps its points cut into closed segments with cached extremes.
 ///
@@ -41,7 +42,7 @@ public:
 
     /// Attaches the renderer to a chart's drawing widget.
     virtual void chart(QWidget* widget) = 0;
-    /// Points per segment, asked afresh at every use; 0 counts as 1.
+    /// Points per segment, asked afresh before each block; 0 counts as 1.
     virtual unsigned segmentSize() const = 0;
     /// A segment now covers the points [\p first, \p last).
     virtual void segmentCreated(unsigned first, unsigned last, unsigned id) = 0;
@@ -102,6 +103,7 @@ struct ZORBIN_QT_GUI_EXPORT stripChartCurveData_t
     qint32 outgoingCount = 0;                      ///< oldest points not in a segment any more
     stripChartCurveRenderer_t* renderer = nullptr; ///< owned
     stripChartCurve_t* parent = nullptr;           ///< the curve
+    bool* isDeleted = nullptr;                     ///< set when the curve goes, if anybody asks
     const std::unique_ptr<curveIndex_t> index;     ///< search aids over `points`, kept up lazily
 };
 } // namespace zorbin_qt_gui

@@ -11,9 +11,9 @@
 #include <QMutex>
 #include <QMutexLocker>
 #include <QPalette>
+#include <QPointer>
 #include <algorithm>
 #include <cmath>
-#include <limits>
 
 namespace zorbin_qt_gui {
 namespace {
@@ -43,6 +43,7 @@ stripChartImpl_t::stripChartImpl_t(QObject* parent)
 
 stripChartImpl_t::~stripChartImpl_t()
 {
+    m_isEnding = true;
     // Deleting a curve may delete others with it, its children for one; those leave the set by
     // cleanupCurve().
     for (stripChartCurve_t* curve : curves()) {
@@ -75,7 +76,7 @@ std::string stripChartImpl_t::implementationType()
 
 bool stripChartImpl_t::addCurve(stripChartCurve_t* curve)
 {
-    if (curve == nullptr || !m_curves.insert(curve).second)
+    if (curve == nullptr || m_isEnding || !m_curves.insert(curve).second)
         return false;
     m_isSettled = false;
     curve->renderer()->chart(widget());
@@ -119,8 +120,10 @@ void stripChartImpl_t::timeBounds(double min, double max)
     m_isSettled = false;
     m_xCenter = (min + max) * 0.5;
     m_xScale = m_width / (max - min);
+    const QPointer<stripChartImpl_t> self(this);
     Q_EMIT timeBoundsChanged(min, max);
-    recalculateBounds();
+    if (self)
+        recalculateBounds();
 }
 
 double stripChartImpl_t::minTimeBound() const
@@ -140,7 +143,10 @@ void stripChartImpl_t::scrollTime(double t)
 
 void stripChartImpl_t::valueBounds(double min, double max)
 {
+    const QPointer<stripChartImpl_t> self(this);
     valueRescaleMode(RESCALE_MANUAL);
+    if (!self)
+        return;
     if ((min == m_valueMin && max == m_valueMax) || !std::isfinite(min) || !std::isfinite(max))
         return;
     m_valueMin = min;
@@ -149,7 +155,8 @@ void stripChartImpl_t::valueBounds(double min, double max)
     m_yCenter = (min + max) * 0.5;
     m_yScale = m_height / (max - min);
     Q_EMIT valueBoundsChanged(min, max);
-    recalculateBounds();
+    if (self)
+        recalculateBounds();
 }
 
 double stripChartImpl_t::minValueBound() const
@@ -176,8 +183,10 @@ void stripChartImpl_t::valueRescaleMode(const rescaleMode_t& mode)
     if (mode == m_yRescaleMode)
         return;
     m_yRescaleMode = mode;
+    const QPointer<stripChartImpl_t> self(this);
     Q_EMIT valueAutoscaleChanged(mode == RESCALE_AUTO);
-    recalculateBounds();
+    if (self)
+        recalculateBounds();
 }
 
 const stripChartImpl_t::rescaleMode_t& stripChartImpl_t::valueRescaleMode() const
@@ -237,27 +246,26 @@ void stripChartImpl_t::updateSize(unsigned width, unsigned height)
     recalculateBounds();
 }
 
-void stripChartImpl_t::recalculateBounds()
+bool stripChartImpl_t::recalculateBounds()
 {
-    if (m_yRescaleMode == RESCALE_AUTO) {
-        autoscale();
-        return;
-    }
+    if (m_yRescaleMode == RESCALE_AUTO)
+        return autoscale();
     m_yCenter = (m_valueMin + m_valueMax) * 0.5;
     m_yScale = m_height / (m_valueMax - m_valueMin);
     m_isSettled = false;
+    return true;
 }
 
-void stripChartImpl_t::autoscale()
+bool stripChartImpl_t::autoscale()
 {
     if (m_isSettled && m_settledChanges == curveIndex_t::windowChanges())
-        return;
+        return true;
 
     // Data extent in the visible time window.
     extremes_t extent;
     for (const stripChartCurve_t* curve : m_curves)
         extent.include(windowExtremes(*curve->m_d, m_timeMin, m_timeMax));
-    if (m_curves.empty() || extent.min > extent.max)
+    if (extent.min > extent.max)
         extent = {0.0, 0.0};
     double low = extent.min;
     double high = extent.max;
@@ -293,10 +301,12 @@ void stripChartImpl_t::autoscale()
     m_yCenter = center;
     m_yScale = scale;
     if (isSame)
-        return;
+        return true;
     m_valueMin = newMin;
     m_valueMax = newMax;
+    const QPointer<stripChartImpl_t> self(this);
     Q_EMIT valueBoundsChanged(newMin, newMax);
+    return !self.isNull();
 }
 
 } // namespace zorbin_qt_gui

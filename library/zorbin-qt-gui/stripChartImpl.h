@@ -35,7 +35,7 @@ public:
     /// Deletes every curve still in the chart. The back end has deleted its widget before.
     ~stripChartImpl_t() override;
 
-    /// The widget that the back end draws in; owned by the back end.
+    /// The widget that the back end draws in; owned by the back end, which deletes it first.
     virtual QWidget* widget() = 0;
 
     /// Moves the time window, keeping its span, so that \p t is at its right edge.
@@ -95,8 +95,9 @@ public:
     /// Autoscales: fits the value bounds to the data in the time window, with a hysteresis that
     /// leaves them alone while the data lies inside and fills at least half of the usable height.
     /// With autoscale off it only brings the value scale up to date. Emits valueBoundsChanged()
-    /// when the bounds move.
-    void recalculateBounds();
+    /// when the bounds move. Returns whether the chart survived that: false once a slot has deleted
+    /// it.
+    bool recalculateBounds();
 
 Q_SIGNALS:
     void mousePos(double x_, double y_);               ///< see stripChart_t::mousePos()
@@ -110,7 +111,7 @@ public Q_SLOTS:
     void cleanupCurve();
 
 private:
-    void autoscale();
+    bool autoscale();
 
     std::set<stripChartCurve_t*> m_curves;
     QColor m_color;
@@ -128,6 +129,7 @@ private:
     double m_valueMax = 1.0;
     double m_minRange = 2.0;
 
+    bool m_isEnding = false; // the back end is gone already
     // While set, and as long as no curve's extremes change, autoscaling changes nothing: the last
     // time it did not, and nothing else that it looks at was touched since.
     bool m_isSettled = false;
