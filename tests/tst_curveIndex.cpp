@@ -22,6 +22,7 @@ private Q_SLOTS:
     void breaksFollowTheThreshold();
     void startsAfreshWhenTheQueueChangesBehindItsBack();
     void searchesTreatNanAsNoBound();
+    void searchesFindEveryPlace();
 };
 
 static extremes_t scan(const points_t& points, size_t first, size_t last)
@@ -157,6 +158,23 @@ void tst_curveIndex::searchesTreatNanAsNoBound()
     QCOMPARE(firstAfter(points, -1.0), size_t(0));
     QCOMPARE(firstAfter(points, infinity), size_t(5));
     QCOMPARE(firstAfter(points, notANumber), size_t(5));
+}
+
+void tst_curveIndex::searchesFindEveryPlace()
+{
+    points_t points;
+    for (size_t size = 0; size < 70; ++size) {
+        for (size_t i = 0; i <= size; ++i) {
+            const double time = static_cast<double>(i);
+            QCOMPARE(firstNotBefore(points, time - 0.5), i);
+            QCOMPARE(firstAfter(points, time - 0.5), i);
+            if (i < size) {
+                QCOMPARE(firstNotBefore(points, time), i);
+                QCOMPARE(firstAfter(points, time), i + 1);
+            }
+        }
+        points.emplace_back(static_cast<double>(size), 0.0, Qt::blue);
+    }
 }
 
 QTEST_APPLESS_MAIN(tst_curveIndex)

@@ -241,22 +241,48 @@ size_t curveIndex_t::nextBreak(size_t line, size_t end) const
                                   : static_cast<size_t>(std::min<quint64>(*next - m_base, end));
 }
 
+namespace {
+
+// Index of the first point for which isFound holds, as it does for all later ones; the number of
+// points if there is none. What is looked for is mostly near one of the ends, so the search goes
+// from both ends inwards, in steps that double.
+template <typename isFound_t>
+size_t firstWhere(const curveIndex_t::points_t& points, const isFound_t& isFound)
+{
+    size_t low = 0; // before it, none is found
+    size_t high = points.size();
+    for (size_t step = 1; low + 2 * step < high; step *= 2) {
+        if (isFound(points[low + step - 1])) {
+            high = low + step - 1;
+            break;
+        }
+        low += step;
+        if (!isFound(points[high - step])) {
+            low = high - step + 1;
+            break;
+        }
+        high -= step;
+    }
+    while (low < high) {
+        const size_t middle = low + (high - low) / 2;
+        if (isFound(points[middle]))
+            high = middle;
+        else
+            low = middle + 1;
+    }
+    return low;
+}
+
+} // namespace
+
 size_t firstNotBefore(const curveIndex_t::points_t& points, double time)
 {
-    if (points.empty() || !(points.front().time < time))
-        return 0;
-    const auto isBefore = [](const point_t& point, double t) { return point.time < t; };
-    return static_cast<size_t>(std::lower_bound(points.begin(), points.end(), time, isBefore) -
-                               points.begin());
+    return firstWhere(points, [time](const point_t& point) { return !(point.time < time); });
 }
 
 size_t firstAfter(const curveIndex_t::points_t& points, double time)
 {
-    if (points.empty() || !(time < points.back().time))
-        return points.size();
-    const auto isAfter = [](double t, const point_t& point) { return t < point.time; };
-    return static_cast<size_t>(std::upper_bound(points.begin(), points.end(), time, isAfter) -
-                               points.begin());
+    return firstWhere(points, [time](const point_t& point) { return time < point.time; });
 }
 
 extremes_t pointExtremes(const stripChartCurveData_t& curve, double from, double to)

@@ -84,7 +84,8 @@ void stripChartCurveRenderer_t::prunePoints()
 
     const auto count = static_cast<unsigned>(kept - points.begin());
     m_d->index->dropOldest(points, count);
-    points.erase(points.begin(), kept);
+    for (unsigned i = 0; i < count; ++i)
+        points.pop_front();
     m_d->outgoingCount -= static_cast<qint32>(count);
     maybeDestroySegments();
     if (m_d->outgoingCount < 0) {
