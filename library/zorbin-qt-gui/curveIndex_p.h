@@ -104,9 +104,8 @@ public:
     /// Tells that a newest point was appended: it widens the window's extremes if it lies inside.
     void pointAdded(double time, double value)
     {
-        if (!m_window.known)
-            ++s_windowChanges;
-        else if (m_window.from <= time && time <= m_window.to && m_window.extremes.include(value))
+        const bool isInside = m_window.from <= time && time <= m_window.to;
+        if (!m_window.known || (isInside && m_window.extremes.include(value)))
             ++s_windowChanges;
     }
     /// Tells that blocks of points were summarised or dissolved whose times reach up to \p time.
