@@ -16,4 +16,16 @@ inline int truncated(double x)
     return x < 0.0 ? std::numeric_limits<int>::min() : 0;
 }
 
+/// The first whole number beyond the range of a 32-bit integer, 2^31.
+constexpr double firstBeyondInt = 2147483648.0;
+
+/// Drops the fraction. Beyond the range of an int, from 2^31 on and below -2^31, and for NaN the
+/// least int comes back.
+inline int truncatedOrLeast(double x)
+{
+    if (x >= -firstBeyondInt && x < firstBeyondInt)
+        return static_cast<int>(x);
+    return std::numeric_limits<int>::min();
+}
+
 } // namespace zorbin_qt_gui
