@@ -16,6 +16,15 @@ inline int truncated(double x)
     return x < 0.0 ? std::numeric_limits<int>::min() : 0;
 }
 
+/// Drops the fraction. Above the range of an unsigned int its greatest value comes back, below it
+/// and for NaN 0.
+inline unsigned truncatedToUnsigned(double x)
+{
+    if (x < 4294967296.0)
+        return x > 0.0 ? static_cast<unsigned>(x) : 0;
+    return x > 0.0 ? std::numeric_limits<unsigned>::max() : 0;
+}
+
 /// The first whole number beyond the range of a 32-bit integer, 2^31.
 constexpr double firstBeyondInt = 2147483648.0;
 
