@@ -1,5 +1,10 @@
 #pragma once
+#include <QByteArray>
 #include <QMouseEvent>
+#if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
+#include <QTextCodec>
+#include <QXmlStreamReader>
+#endif
 
 // All that differs between Qt 5 and Qt 6 for this library.
 
@@ -14,5 +19,32 @@ inline QPoint pointerPos(const QMouseEvent* event)
     return event->pos();
 #endif
 }
+
+/// The text of an XML file, to be given to all parsers. Those of Qt 5 disagree about the encoding
+/// of some bytes, so they get them decoded: one parser's word about a text then holds for the
+/// other.
+#if QT_VERSION >= QT_VERSION_CHECK(6, 0, 0)
+using xmlText_t = QByteArray;
+inline xmlText_t xmlText(const QByteArray& file)
+{
+    return file;
+}
+#else
+using xmlText_t = QString;
+inline xmlText_t xmlText(const QByteArray& file)
+{
+    QTextCodec* codec = QTextCodec::codecForUtfText(file, nullptr); // by the byte order mark
+    if (codec == nullptr && file.startsWith(QByteArray("<\0", 2)))
+        codec = QTextCodec::codecForName("UTF-16LE");
+    if (codec == nullptr && file.startsWith(QByteArray("\0<", 2)))
+        codec = QTextCodec::codecForName("UTF-16BE");
+    if (codec == nullptr) {
+        QXmlStreamReader reader(file);
+        reader.readNext();
+        codec = QTextCodec::codecForName(reader.documentEncoding().toLatin1());
+    }
+    return codec == nullptr ? QString::fromUtf8(file) : codec->toUnicode(file);
+}
+#endif
 
 } // namespace zorbin_qt_gui

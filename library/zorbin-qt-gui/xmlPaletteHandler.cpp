@@ -1,13 +1,13 @@
 #include "xmlPaletteHandler.h"
 
 #include "palette.h"
+#include "qtCompat_p.h"
 #include "regularFile_p.h"
 
 #include <QDomDocument>
 #include <QFile>
 #include <QXmlStreamReader>
 #include <QXmlStreamWriter>
-#include <algorithm>
 #include <fcntl.h>
 
 namespace zorbin_qt_gui {
@@ -29,7 +29,7 @@ void reportFault(const QString& text, qint64 line, qint64 column)
            static_cast<int>(column));
 }
 
-bool readFile(const std::string& fileName, QByteArray& text)
+bool readFile(const std::string& fileName, QByteArray& bytes)
 {
     const int descriptor = openRegularFile(fileName);
     if (descriptor == -1)
@@ -39,13 +39,13 @@ bool readFile(const std::string& fileName, QByteArray& text)
     const qint64 size = file.size();
     if (size > maxFileSize)
         return false;
-    text = file.read(size); // no more, should the file grow meanwhile
+    bytes = file.read(size); // no more, should the file grow meanwhile
     return true;
 }
 
 // Whether the tree of the document would stay small enough, judged without building it. A document
 // with a fault that would not is refused with the fault's message.
-bool isSafeToBuild(const QByteArray& text)
+bool isSafeToBuild(const xmlText_t& text)
 {
     QXmlStreamReader reader(text);
     reader.setNamespaceProcessing(false); // as in the tree
@@ -72,11 +72,10 @@ bool isSafeToBuild(const QByteArray& text)
     }
     if (!reader.hasError())
         return true;
-    // The tree's parser finds its own faults and may go on where this one stops. The bytes bound
-    // what it can meet, unless entities multiply them.
-    const auto tags = std::count(text.begin(), text.end(), '<');
-    const auto attributes = std::count(text.begin(), text.end(), '=');
-    if (!hasDtd && !text.contains("<!DOCTYPE") && tags <= maxDepth && attributes <= maxNodes)
+    // The tree's parser finds its own faults and may go on where this one stops. The characters
+    // bound what it can meet, unless entities multiply them.
+    if (!hasDtd && !text.contains("<!DOCTYPE") && text.count('<') <= maxDepth &&
+        text.count('=') <= maxNodes)
         return true;
     reportFault(reader.errorString(), reader.lineNumber(), reader.columnNumber());
     return false;
@@ -196,8 +195,11 @@ QByteArray written(const palette_t& palette)
 
 bool xmlPaletteHandler_t::load(const std::string& fileName, palette_t* palette)
 {
-    QByteArray text;
-    if (!readFile(fileName, text) || !isSafeToBuild(text))
+    QByteArray bytes;
+    if (!readFile(fileName, bytes))
+        return false;
+    const xmlText_t text = xmlText(bytes);
+    if (!isSafeToBuild(text))
         return false;
     QDomDocument document;
     QString fault;
