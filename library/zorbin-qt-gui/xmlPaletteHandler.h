@@ -35,7 +35,7 @@ public:
     /// Writes the tables and keyed colours that were set, always the same bytes for the same
     /// palette. Returns whether everything was written. In the colour tables green and blue are
     /// exchanged, and all keyed colours are written with a depth of "8"; so both come back when the
-    /// file is read.
+    /// file is read. Keys lose control characters other than tab and line ends, which XML lacks.
     bool save(const std::string& fileName, const palette_t* palette);
 };
 } // namespace zorbin_qt_gui
