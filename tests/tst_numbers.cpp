@@ -4,6 +4,7 @@
 #include <limits>
 
 using zorbin_qt_gui::truncated;
+using zorbin_qt_gui::truncatedOrLeast;
 
 class tst_numbers : public QObject
 {
@@ -12,6 +13,8 @@ class tst_numbers : public QObject
 private Q_SLOTS:
     void truncatesTowardZeroAndSaturates_data();
     void truncatesTowardZeroAndSaturates();
+    void truncatesTowardZeroOrGivesTheLeast_data();
+    void truncatesTowardZeroOrGivesTheLeast();
 };
 
 void tst_numbers::truncatesTowardZeroAndSaturates_data()
@@ -43,6 +46,37 @@ void tst_numbers::truncatesTowardZeroAndSaturates()
 {
     QFETCH(double, x);
     QTEST(truncated(x), "wanted");
+}
+
+void tst_numbers::truncatesTowardZeroOrGivesTheLeast_data()
+{
+    constexpr double infinity = std::numeric_limits<double>::infinity();
+    constexpr int intMin = -2147483647 - 1;
+    QTest::addColumn<double>("x");
+    QTest::addColumn<int>("wanted");
+    QTest::newRow("zero") << 0.0 << 0;
+    QTest::newRow("minus zero") << -0.0 << 0;
+    QTest::newRow("just below one") << 0.9999999 << 0;
+    QTest::newRow("just above minus one") << -0.9999999 << 0;
+    QTest::newRow("negative") << -3.7 << -3;
+    QTest::newRow("greatest int") << 2147483647.0 << 2147483647;
+    QTest::newRow("greatest int and a fraction") << 2147483647.5 << 2147483647;
+    QTest::newRow("one beyond the greatest int") << 2147483648.0 << intMin;
+    QTest::newRow("one above the least int") << -2147483647.0 << -2147483647;
+    QTest::newRow("least int") << -2147483648.0 << intMin;
+    QTest::newRow("least int and a fraction") << -2147483648.5 << intMin;
+    QTest::newRow("one beyond the least int") << -2147483649.0 << intMin;
+    QTest::newRow("huge") << 1e300 << intMin;
+    QTest::newRow("minus huge") << -1e300 << intMin;
+    QTest::newRow("infinity") << infinity << intMin;
+    QTest::newRow("minus infinity") << -infinity << intMin;
+    QTest::newRow("NaN") << std::numeric_limits<double>::quiet_NaN() << intMin;
+}
+
+void tst_numbers::truncatesTowardZeroOrGivesTheLeast()
+{
+    QFETCH(double, x);
+    QTEST(truncatedOrLeast(x), "wanted");
 }
 
 QTEST_APPLESS_MAIN(tst_numbers)
