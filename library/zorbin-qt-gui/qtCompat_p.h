@@ -1,4 +1,5 @@
 #pragma once
+#include <QApplication>
 #include <QByteArray>
 #include <QMouseEvent>
 #if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
@@ -46,5 +47,18 @@ inline xmlText_t xmlText(const QByteArray& file)
     return codec == nullptr ? QString::fromUtf8(file) : codec->toUnicode(file);
 }
 #endif
+
+/// The least size that the application asks for of all widgets.
+inline QSize globalStrut()
+{
+#if QT_VERSION >= QT_VERSION_CHECK(6, 0, 0)
+    return {0, 0}; // no longer asked for
+#else
+    QT_WARNING_PUSH
+    QT_WARNING_DISABLE_DEPRECATED
+    return QApplication::globalStrut();
+    QT_WARNING_POP
+#endif
+}
 
 } // namespace zorbin_qt_gui
