@@ -1,22 +1,36 @@
 #include "chartPanel.h"
+#include "colorPicker.h"
 #include "mainWindow.h"
+#include "messageRecorder.h"
+#include "palette.h"
+#include "paletteChooser.h"
 #include "pictures.h"
 #include "stripChart.h"
 #include "texts.h"
+#include "theme.h"
 
+#include <QColorDialog>
 #include <QComboBox>
+#include <QDir>
 #include <QFile>
+#include <QFileDialog>
 #include <QLabel>
+#include <QLineEdit>
+#include <QPainter>
 #include <QProcess>
 #include <QPushButton>
+#include <QSignalSpy>
 #include <QSlider>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QWheelEvent>
 #include <cmath>
 #include <limits>
 #include <memory>
 
 using namespace survey_console;
+using zorbin_qt_gui::colorPicker_t;
+using zorbin_qt_gui::palette_t;
 using zorbin_qt_gui::stripChart_t;
 
 namespace {
@@ -93,10 +107,57 @@ struct console_t
         return panel(index)->findChild<QLabel*>(name);
     }
     QString text(panel_t index, const char* name) { return label(index, name)->text(); }
+    QColor textColor(panel_t index, const char* name)
+    {
+        return label(index, name)->palette().color(QPalette::WindowText);
+    }
+    colorPicker_t* picker(panel_t index, const char* name)
+    {
+        return panel(index)->findChild<colorPicker_t*>(name);
+    }
+    paletteChooser_t* chooser() { return window.findChild<paletteChooser_t*>(); }
+    QComboBox* paletteBox() { return find<QComboBox>("paletteBox"); }
+    // Chooses the row of the palette box as a user does.
+    void choosePalette(int row)
+    {
+        QComboBox* box = paletteBox();
+        box->setFocus();
+        while (box->currentIndex() != row)
+            QTest::keyClick(box, box->currentIndex() < row ? Qt::Key_Down : Qt::Key_Up);
+    }
 
     // The chart's drawing area.
     QWidget* area(panel_t index) { return chart(index)->findChild<QWidget*>(); }
 };
+
+bool writeFile(const QString& path, const QByteArray& content)
+{
+    QFile file(path);
+    return file.open(QIODevice::WriteOnly) && file.write(content) == content.size();
+}
+
+// A palette file of two colours, such as "r=\"255\" g=\"0\" b=\"0\"".
+QByteArray twoColors(const QByteArray& first, const QByteArray& last)
+{
+    return "<palette><colorTable depth=\"24\"><color " + first + "/><color " + last +
+           "/></colorTable><keyedColorTable/></palette>";
+}
+
+const char RED[] = "r=\"255\" g=\"0\" b=\"0\"";
+const char GREEN[] = "r=\"0\" g=\"255\" b=\"0\"";
+const char YELLOW[] = "r=\"255\" g=\"255\" b=\"0\"";
+const char CYAN[] = "r=\"0\" g=\"255\" b=\"255\"";
+
+// How many pixels of a picture have a colour.
+int countOf(const QColor& color, const QImage& picture)
+{
+    int count = 0;
+    for (int y = 0; y < picture.height(); ++y) {
+        for (int x = 0; x < picture.width(); ++x)
+            count += picture.pixelColor(x, y) == color ? 1 : 0;
+    }
+    return count;
+}
 
 struct outcome_t
 {
@@ -111,6 +172,7 @@ outcome_t runConsole(const QStringList& arguments)
     QProcess process;
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert("XDG_RUNTIME_DIR", runtimeDirectory.path());
+    environment.remove("ZORBIN_QT_RESOURCE_DIR");
     process.setProcessEnvironment(environment);
     process.start(SURVEY_CONSOLE_PROGRAM, arguments);
     const bool finished = process.waitForFinished(60000);
@@ -124,7 +186,12 @@ outcome_t runConsole(const QStringList& arguments)
 class tst_surveyConsole : public QObject
 {
     Q_OBJECT
+private:
+    QTemporaryDir m_resources; // with the palettes, of which the first two are told apart
+
 private Q_SLOTS:
+    void initTestCase();
+    void init();
     // the window
     void startsPausedAtTheStart();
     void resumesAndPausesByTheButton();
@@ -151,6 +218,32 @@ private Q_SLOTS:
     void fitsTheScreen_data();
     void fitsTheScreen();
     void namesDamage();
+    void chartKeepsItsHeightWhenAReadOutComes();
+    // colours
+    void startsWithTheDepthPalette();
+    void coloursTheDepthByValue();
+    void recoloursThePastByAnotherPalette();
+    void keepsTheScaleWhenItRecolours();
+    void coloursNewPointsLikeTheOld();
+    void goesBackToOneColour();
+    void showsThePaletteOverItsRange();
+    void paletteBoxShowsThePalettes();
+    void wheelOverThePaletteBoxChangesNothing();
+    void choosesAPaletteFromAFile();
+    void cancelledFileDialogKeepsThePalette();
+    void keepsThePaletteWhenAFileCannotBeRead_data();
+    void keepsThePaletteWhenAFileCannotBeRead();
+    void readOutStandsBeforeTheMessage();
+    void goesOnWithoutPalettes();
+    void namesStandardPalettesThatCannotBeRead();
+    void hasNoPaletteWithoutDepth();
+    void recoloursACurveByItsPicker();
+    void choosesACurveColourInTheDialog();
+    void pickedColourTakesTheDepthOffItsPalette();
+    void makesDarkColoursVisible_data();
+    void makesDarkColoursVisible();
+    void stretchesThePaletteOverRoundNumbers_data();
+    void stretchesThePaletteOverRoundNumbers();
     // texts
     void writesTimes_data();
     void writesTimes();
@@ -162,6 +255,7 @@ private Q_SLOTS:
     // the program
     void writesAScreenshot();
     void screenshotsAreAlike();
+    void findsThePalettesOfTheSourceTree();
     void replaysTheBoat();
     void quitsAfterTheDuration();
     void printsHelp();
@@ -172,6 +266,23 @@ private Q_SLOTS:
     void reportsDamagedLines();
     void reportsAPictureItCannotWrite();
 };
+
+void tst_surveyConsole::initTestCase()
+{
+    QVERIFY(QDir(m_resources.path()).mkdir("palette"));
+    const auto path = [this](const char* name) {
+        return m_resources.filePath(QStringLiteral("palette/%1.wp").arg(name));
+    };
+    QVERIFY(writeFile(path("bathy"), twoColors(RED, GREEN)));
+    QVERIFY(writeFile(path("imagery"), twoColors(YELLOW, CYAN)));
+    for (const char* name : {"intensity", "sidescan", "subbottom", "watercolumn"})
+        QVERIFY(writeFile(path(name), twoColors(GREEN, CYAN)));
+}
+
+void tst_surveyConsole::init()
+{
+    qputenv("ZORBIN_QT_RESOURCE_DIR", QFile::encodeName(m_resources.path()));
+}
 
 void tst_surveyConsole::startsPausedAtTheStart()
 {
@@ -353,9 +464,7 @@ void tst_surveyConsole::dimsAValueThatIsOld()
 {
     console_t console;
     QVERIFY(console.isReady());
-    const auto color = [&] {
-        return console.label(PANEL_DEPTH, "valueLabel0")->palette().color(QPalette::WindowText);
-    };
+    const auto color = [&] { return console.textColor(PANEL_DEPTH, "valueLabel0"); };
     console.clock()->seek(START + 218.0); // 18 s after the last sounding, 1.8 times the usual step
     const QColor fresh = color();
     console.clock()->seek(START + 218.1);
@@ -438,6 +547,7 @@ void tst_surveyConsole::drawsAGapFaded()
 {
     console_t console;
     QVERIFY(console.isReady());
+    console.choosePalette(0); // one colour
     console.clock()->seek(START + 400.0);
     const QImage picture = snapshot(*console.area(PANEL_DEPTH));
     const auto brightestAt = [&](double elapsed) {
@@ -530,6 +640,407 @@ void tst_surveyConsole::namesDamage()
              QStringLiteral("3 damaged lines skipped"));
     console_t sound;
     QCOMPARE(sound.find<QLabel>("damageLabel")->text(), QString());
+}
+
+void tst_surveyConsole::chartKeepsItsHeightWhenAReadOutComes()
+{
+    console_t console;
+    QVERIFY(console.isReady());
+    const int height = console.area(PANEL_DEPTH)->height();
+    QTest::mouseMove(console.area(PANEL_DEPTH), QPoint(20, 20));
+    QTRY_VERIFY(!console.text(PANEL_DEPTH, "pointerLabel").isEmpty());
+    QCoreApplication::processEvents();
+    QCOMPARE(console.area(PANEL_DEPTH)->height(), height);
+    QTest::mouseMove(console.find<QLabel>("timeLabel"));
+    QTRY_COMPARE(console.text(PANEL_DEPTH, "pointerLabel"), QString());
+}
+
+void tst_surveyConsole::startsWithTheDepthPalette()
+{
+    console_t console;
+    QCOMPARE(console.paletteBox()->currentText(), QStringLiteral("Bathymetry"));
+    QVERIFY(console.chooser()->palette());
+    QCOMPARE(console.text(PANEL_DEPTH, "pointerLabel"), QString());
+}
+
+// The soundings go from 100 m to 160 m, so the palette's second colour starts at 130 m, at 300 s.
+void tst_surveyConsole::coloursTheDepthByValue()
+{
+    console_t console;
+    QVERIFY(console.isReady());
+    console.clock()->seek(START + 200.0);
+    const QImage shallow = snapshot(*console.area(PANEL_DEPTH));
+    QVERIFY(countOf(Qt::red, shallow) > 100);
+    QCOMPARE(countOf(Qt::green, shallow), 0);
+    console.clock()->seek(START + 600.0);
+    const QImage deep = snapshot(*console.area(PANEL_DEPTH));
+    QVERIFY(countOf(Qt::green, deep) > 100);
+    QCOMPARE(countOf(Qt::red, deep), 0);
+    // The value changes its colour with neither.
+    QCOMPARE(console.textColor(PANEL_DEPTH, "valueLabel0"), theme::text());
+}
+
+void tst_surveyConsole::recoloursThePastByAnotherPalette()
+{
+    console_t console;
+    QVERIFY(console.isReady());
+    console.clock()->seek(START + 400.0);
+    const QImage before = snapshot(*console.area(PANEL_DEPTH));
+    console.choosePalette(2);
+    QCOMPARE(console.paletteBox()->currentText(), QStringLiteral("Imagery"));
+    const QImage after = snapshot(*console.area(PANEL_DEPTH));
+    QVERIFY(countOf(Qt::red, before) > 100);
+    QVERIFY(countOf(Qt::green, before) > 100);
+    QCOMPARE(countOf(Qt::yellow, after), countOf(Qt::red, before));
+    QCOMPARE(countOf(Qt::cyan, after), countOf(Qt::green, before));
+    QCOMPARE(countOf(Qt::red, after) + countOf(Qt::green, after), 0);
+}
+
+void tst_surveyConsole::keepsTheScaleWhenItRecolours()
+{
+    console_t console;
+    QVERIFY(console.isReady());
+    console.clock()->setRunning(true);
+    for (int frame = 0; frame < 400; ++frame)
+        console.pass(1.0);
+    stripChart_t* chart = console.chart(PANEL_DEPTH);
+    QSignalSpy moves(chart, &stripChart_t::valueBoundsChanged);
+    console.choosePalette(2);
+    console.picker(PANEL_DEPTH, "colorPicker0")->selectedColor(Qt::magenta);
+    QCOMPARE(moves.count(), 0);
+    QVERIFY(chart->autoscaleValue());
+    chart->valueBounds(-200.0, 0.0);
+    console.choosePalette(1);
+    QVERIFY(!chart->autoscaleValue());
+    QCOMPARE(chart->minValueBound(), -200.0);
+    QCOMPARE(chart->maxValueBound(), 0.0);
+}
+
+void tst_surveyConsole::coloursNewPointsLikeTheOld()
+{
+    console_t console;
+    QVERIFY(console.isReady());
+    console.clock()->seek(START + 310.0);
+    console.choosePalette(2);
+    const int before = countOf(Qt::cyan, snapshot(*console.area(PANEL_DEPTH)));
+    console.clock()->setRunning(true);
+    console.pass(100.0);
+    const QImage after = snapshot(*console.area(PANEL_DEPTH));
+    QVERIFY(countOf(Qt::cyan, after) > before + 100);
+    QCOMPARE(countOf(Qt::red, after) + countOf(Qt::green, after), 0);
+}
+
+void tst_surveyConsole::goesBackToOneColour()
+{
+    console_t console;
+    QVERIFY(console.isReady());
+    console.clock()->seek(START + 400.0);
+    console.choosePalette(0);
+    QCOMPARE(console.paletteBox()->currentText(), QStringLiteral("One colour"));
+    const QImage picture = snapshot(*console.area(PANEL_DEPTH));
+    QVERIFY(countOf(theme::firstCurve(), picture) > 100);
+    QCOMPARE(countOf(Qt::red, picture) + countOf(Qt::green, picture), 0);
+    QCOMPARE(console.textColor(PANEL_DEPTH, "valueLabel0"), theme::firstCurve());
+}
+
+void tst_surveyConsole::showsThePaletteOverItsRange()
+{
+    console_t console;
+    QVERIFY(console.isReady());
+    auto* widget = console.find<QWidget>("paletteSwatch");
+    QCOMPARE(widget->toolTip(), QStringLiteral("The colours from 100 to 160 m"));
+    const QImage picture = snapshot(*widget);
+    QCOMPARE(picture.width(), 96);
+    QImage wanted(96, 10, QImage::Format_RGB32);
+    wanted.fill(Qt::green);
+    QPainter(&wanted).fillRect(0, 0, 48, 10, Qt::red);
+    QCOMPARE(firstDifference(picture.copy(0, 0, 96, 10), wanted), QString());
+    const QSize size = console.chooser()->size();
+    console.choosePalette(0);
+    QCoreApplication::processEvents();
+    QCOMPARE(console.chooser()->size(), size); // nothing moves
+    const QImage empty = snapshot(*widget);
+    QCOMPARE(countOf(empty.pixelColor(0, 0), empty), empty.width() * empty.height());
+    const QRect below(0, 10, picture.width(), picture.height() - 10); // the ends' values
+    QVERIFY(picture.copy(below) != empty.copy(below));
+}
+
+void tst_surveyConsole::paletteBoxShowsThePalettes()
+{
+    console_t console;
+    const QComboBox* box = console.paletteBox();
+    QStringList names;
+    for (int row = 0; row < box->count(); ++row)
+        names += box->itemText(row);
+    QCOMPARE(names, (QStringList{"One colour", "Bathymetry", "Imagery", "Intensity", "Sidescan",
+                                 "Sub-bottom", "Water column", "From file\u2026"}));
+    const QImage icon = box->itemIcon(2).pixmap(28, 12).toImage();
+    QCOMPARE(icon.size(), QSize(28, 12));
+    for (const QString& name : names) { // each has the room it asks for
+        QVERIFY2(box->fontMetrics().horizontalAdvance(name) <=
+                     10 * box->fontMetrics().horizontalAdvance('X'),
+                 qPrintable(name));
+    }
+    QCOMPARE(icon.pixelColor(13, 6), QColor(Qt::yellow));
+    QCOMPARE(icon.pixelColor(14, 6), QColor(Qt::cyan));
+    QCOMPARE(box->itemIcon(0).pixmap(28, 12).toImage().pixelColor(14, 6), theme::firstCurve());
+}
+
+void tst_surveyConsole::wheelOverThePaletteBoxChangesNothing()
+{
+    console_t console;
+    QVERIFY(console.isReady());
+    QComboBox* box = console.paletteBox();
+    box->setFocus();
+    const QPoint middle = box->rect().center();
+    QWheelEvent turn(middle, box->mapToGlobal(middle), QPoint(), QPoint(0, -120), Qt::NoButton,
+                     Qt::NoModifier, Qt::NoScrollPhase, false);
+    QCoreApplication::sendEvent(box, &turn);
+    QCOMPARE(box->currentText(), QStringLiteral("Bathymetry"));
+}
+
+void tst_surveyConsole::choosesAPaletteFromAFile()
+{
+    const QTemporaryDir directory;
+    const QString path = directory.filePath("my own palette.WP");
+    QVERIFY(writeFile(path, twoColors(YELLOW, CYAN)));
+    console_t console;
+    QVERIFY(console.isReady());
+    console.clock()->seek(START + 400.0);
+    console.clock()->setRunning(true);
+    QComboBox* box = console.paletteBox();
+    console.choosePalette(6);
+    QTest::keyClick(box, Qt::Key_Down); // "From file..."
+    auto* dialog = console.window.findChild<QFileDialog*>();
+    QVERIFY(dialog && dialog->isVisible());
+    QCOMPARE(dialog->nameFilters().first(), QStringLiteral("Palettes (*.wp *.xml *.jsp)"));
+    QCOMPARE(box->currentText(), QStringLiteral("Water column")); // until a file is chosen
+    console.pass(10.0);
+    QCOMPARE(console.elapsed(), 410.0); // the replay goes on
+
+    dialog->findChild<QLineEdit*>()->setText(path);
+    QVERIFY(QMetaObject::invokeMethod(dialog, "accept"));
+    QVERIFY2(box->currentText().startsWith("my o") && box->currentText().contains(u'\u2026') &&
+                 box->currentText().endsWith(".WP"),
+             qPrintable(box->currentText()));
+    QCOMPARE(box->currentData(Qt::ToolTipRole).toString(), path);
+    QCOMPARE(box->itemText(box->count() - 1), QStringLiteral("From file\u2026"));
+    QCOMPARE(console.text(PANEL_DEPTH, "pointerLabel"), QString());
+    QVERIFY(countOf(Qt::yellow, snapshot(*console.area(PANEL_DEPTH))) > 100);
+    QTRY_VERIFY(!console.window.findChild<QFileDialog*>());
+}
+
+void tst_surveyConsole::cancelledFileDialogKeepsThePalette()
+{
+    console_t console;
+    QVERIFY(console.isReady());
+    console.choosePalette(6);
+    QTest::keyClick(console.paletteBox(), Qt::Key_Down);
+    auto* dialog = console.window.findChild<QFileDialog*>();
+    QVERIFY(dialog);
+    dialog->reject();
+    QCOMPARE(console.paletteBox()->currentText(), QStringLiteral("Water column"));
+    QCOMPARE(console.text(PANEL_DEPTH, "pointerLabel"), QString());
+}
+
+void tst_surveyConsole::keepsThePaletteWhenAFileCannotBeRead_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QByteArray>("content");
+    QTest::addColumn<int>("debugMessages");
+    QTest::newRow("missing") << "missing.wp" << QByteArray() << 0;
+    QTest::newRow("unknown ending") << "1.txt" << twoColors(RED, GREEN) << 0;
+    QTest::newRow("not XML") << "1.xml" << QByteArray("palette") << 1;
+    QTest::newRow("something else") << "1.xml" << QByteArray("<chart/>") << 0;
+    QTest::newRow("empty table")
+        << "1.wp" << QByteArray("<palette><colorTable depth=\"24\"/><keyedColorTable/></palette>")
+        << 0;
+}
+
+void tst_surveyConsole::keepsThePaletteWhenAFileCannotBeRead()
+{
+    QFETCH(QString, name);
+    QFETCH(QByteArray, content);
+    QFETCH(int, debugMessages);
+    const QTemporaryDir directory;
+    if (!content.isEmpty())
+        QVERIFY(writeFile(directory.filePath(name), content));
+    console_t console;
+    QVERIFY(console.isReady());
+    console.clock()->seek(START + 400.0);
+    console.choosePalette(2);
+    const int count = console.paletteBox()->count();
+    const QImage before = snapshot(*console.area(PANEL_DEPTH));
+    {
+        const messageRecorder_t messages;
+        console.chooser()->chooseFile(directory.filePath(name));
+        QCOMPARE(messages.texts().size(), debugMessages);
+    }
+    QCOMPARE(console.text(PANEL_DEPTH, "pointerLabel"),
+             QStringLiteral("Can't read palette %1").arg(name));
+    QCOMPARE(console.paletteBox()->currentText(), QStringLiteral("Imagery"));
+    QCOMPARE(console.paletteBox()->count(), count);
+    QCoreApplication::processEvents();
+    QCOMPARE(firstDifference(snapshot(*console.area(PANEL_DEPTH)), before), QString());
+    console.choosePalette(1);
+    QCOMPARE(console.text(PANEL_DEPTH, "pointerLabel"), QString()); // it is over
+}
+
+void tst_surveyConsole::readOutStandsBeforeTheMessage()
+{
+    console_t console;
+    QVERIFY(console.isReady());
+    QTest::mouseMove(console.area(PANEL_DEPTH), QPoint(20, 20));
+    QTRY_VERIFY(!console.text(PANEL_DEPTH, "pointerLabel").isEmpty());
+    console.chooser()->chooseFile("/nowhere.wp");
+    QVERIFY(console.text(PANEL_DEPTH, "pointerLabel").endsWith(" m"));
+    QTest::mouseMove(console.find<QLabel>("timeLabel"));
+    QTRY_COMPARE(console.text(PANEL_DEPTH, "pointerLabel"),
+                 QStringLiteral("Can't read palette nowhere.wp"));
+}
+
+void tst_surveyConsole::goesOnWithoutPalettes()
+{
+    const QTemporaryDir empty;
+    qputenv("ZORBIN_QT_RESOURCE_DIR", QFile::encodeName(empty.path()));
+    console_t console;
+    QVERIFY(console.isReady());
+    console.clock()->seek(START + 400.0);
+    QCOMPARE(console.text(PANEL_DEPTH, "pointerLabel"),
+             QStringLiteral("No palettes found: one colour"));
+    QCOMPARE(console.paletteBox()->currentText(), QStringLiteral("One colour"));
+    QCOMPARE(console.paletteBox()->count(), 2);
+    QVERIFY(countOf(theme::firstCurve(), snapshot(*console.area(PANEL_DEPTH))) > 100);
+}
+
+void tst_surveyConsole::namesStandardPalettesThatCannotBeRead()
+{
+    const QTemporaryDir directory;
+    QVERIFY(QDir(directory.path()).mkdir("palette"));
+    for (const char* name : {"intensity", "sidescan", "subbottom", "watercolumn"})
+        QVERIFY(writeFile(directory.filePath(QStringLiteral("palette/%1.wp").arg(name)),
+                          twoColors(GREEN, CYAN)));
+    qputenv("ZORBIN_QT_RESOURCE_DIR", QFile::encodeName(directory.path()));
+    console_t console;
+    QCOMPARE(console.text(PANEL_DEPTH, "pointerLabel"),
+             QStringLiteral("Can't read palette Bathymetry, Imagery"));
+    QCOMPARE(console.paletteBox()->currentText(), QStringLiteral("Intensity"));
+}
+
+void tst_surveyConsole::hasNoPaletteWithoutDepth()
+{
+    readResult_t line;
+    line.recording.add(CHANNEL_HEAVE, "PRDID", {START, 0.5});
+    line.recording.add(CHANNEL_HEAVE, "PRDID", {START + 1.0, 0.6});
+    mainWindow_t window("test line", std::move(line), [] { return 0.0; });
+    QVERIFY(!window.findChild<paletteChooser_t*>());
+}
+
+void tst_surveyConsole::recoloursACurveByItsPicker()
+{
+    console_t console;
+    QVERIFY(console.isReady());
+    console.clock()->seek(START + 400.0);
+    const QImage before = snapshot(*console.area(PANEL_HEADING));
+    colorPicker_t* picker = console.picker(PANEL_HEADING, "colorPicker0");
+    QCOMPARE(picker->selectedColor(), theme::firstCurve());
+    picker->selectedColor(Qt::magenta);
+    const QImage after = snapshot(*console.area(PANEL_HEADING));
+    QVERIFY(countOf(theme::firstCurve(), before) > 1000);
+    QCOMPARE(countOf(Qt::magenta, after), countOf(theme::firstCurve(), before));
+    QCOMPARE(countOf(theme::firstCurve(), after), 0);
+    QCOMPARE(console.textColor(PANEL_HEADING, "valueLabel0"), QColor(Qt::magenta));
+    console.clock()->seek(START + 100.0); // feeds the curve anew
+    QCOMPARE(countOf(theme::firstCurve(), snapshot(*console.area(PANEL_HEADING))), 0);
+}
+
+void tst_surveyConsole::choosesACurveColourInTheDialog()
+{
+    console_t console;
+    QVERIFY(console.isReady());
+    console.clock()->seek(START + 400.0);
+    QTimer::singleShot(0, [] {
+        auto* dialog = qobject_cast<QColorDialog*>(QApplication::activeModalWidget());
+        QVERIFY(dialog);
+        dialog->setCurrentColor(Qt::magenta);
+        dialog->accept();
+    });
+    QTest::mouseClick(console.picker(PANEL_HEADING, "colorPicker0"), Qt::LeftButton);
+    QVERIFY(countOf(Qt::magenta, snapshot(*console.area(PANEL_HEADING))) > 1000);
+}
+
+void tst_surveyConsole::pickedColourTakesTheDepthOffItsPalette()
+{
+    console_t console;
+    QVERIFY(console.isReady());
+    console.clock()->seek(START + 400.0);
+    console.picker(PANEL_DEPTH, "colorPicker0")->selectedColor(Qt::magenta);
+    QCOMPARE(console.paletteBox()->currentText(), QStringLiteral("One colour"));
+    const QImage picture = snapshot(*console.area(PANEL_DEPTH));
+    QVERIFY(countOf(Qt::magenta, picture) > 100);
+    QCOMPARE(countOf(Qt::red, picture) + countOf(Qt::green, picture), 0);
+    const QImage icon = console.paletteBox()->itemIcon(0).pixmap(28, 12).toImage();
+    QCOMPARE(icon.pixelColor(14, 6), QColor(Qt::magenta));
+    console.choosePalette(1);
+    QVERIFY(countOf(Qt::red, snapshot(*console.area(PANEL_DEPTH))) > 100);
+}
+
+// The chart's own 0c1319 has a relative luminance of 0.0061, so 0.118 is seen: a grey of 96.5.
+void tst_surveyConsole::makesDarkColoursVisible_data()
+{
+    QTest::addColumn<QColor>("color");
+    QTest::addColumn<QColor>("visible");
+    QTest::newRow("black") << QColor(0, 0, 0) << QColor(97, 97, 97);
+    QTest::newRow("just too dark") << QColor(96, 96, 96) << QColor(97, 97, 97);
+    QTest::newRow("just bright enough") << QColor(97, 97, 97) << QColor(97, 97, 97);
+    QTest::newRow("red") << QColor(255, 0, 0) << QColor(255, 0, 0);
+    QTest::newRow("white") << QColor(255, 255, 255) << QColor(255, 255, 255);
+    // Luminance 0.0722, so 5.0 % of white: 0.0498 of linear light is 63.05 in sRGB.
+    QTest::newRow("blue") << QColor(0, 0, 255) << QColor(64, 64, 255);
+}
+
+void tst_surveyConsole::makesDarkColoursVisible()
+{
+    QFETCH(QColor, color);
+    QFETCH(QColor, visible);
+    QCOMPARE(visibleOnChart(color), visible);
+}
+
+void tst_surveyConsole::stretchesThePaletteOverRoundNumbers_data()
+{
+    QTest::addColumn<QVector<double>>("values");
+    QTest::addColumn<double>("minSpan");
+    QTest::addColumn<double>("min");
+    QTest::addColumn<double>("max");
+    QTest::addColumn<int>("decimals");
+    QTest::newRow("deep sea") << QVector<double>{4233.0, 5021.5} << 5.0 << 4200.0 << 5100.0 << 0;
+    QTest::newRow("round already") << QVector<double>{100.0, 160.0} << 5.0 << 100.0 << 160.0 << 0;
+    QTest::newRow("in any order") << QVector<double>{160.0, 100.0} << 5.0 << 100.0 << 160.0 << 0;
+    QTest::newRow("one value") << QVector<double>{40.0} << 5.0 << 37.0 << 43.0 << 0;
+    QTest::newRow("shallow") << QVector<double>{1.0, 1.2} << 5.0 << 0.0 << 4.0 << 0;
+    QTest::newRow("negative") << QVector<double>{-1.0, 1.0} << 1.0 << -1.0 << 1.0 << 0;
+    QTest::newRow("small") << QVector<double>{0.12, 0.58} << 0.1 << 0.1 << 0.6 << 1;
+    QTest::newRow("NaN and infinities")
+        << QVector<double>{std::nan(""), 100.0, HUGE_VAL, 160.0, -HUGE_VAL} << 5.0 << 100.0 << 160.0
+        << 0;
+    QTest::newRow("nothing finite") << QVector<double>{std::nan("")} << 4.0 << 0.0 << 2.0 << 0;
+    QTest::newRow("empty") << QVector<double>{} << 4.0 << 0.0 << 2.0 << 0;
+}
+
+void tst_surveyConsole::stretchesThePaletteOverRoundNumbers()
+{
+    QFETCH(QVector<double>, values);
+    QFETCH(double, minSpan);
+    QFETCH(double, min);
+    QFETCH(double, max);
+    QFETCH(int, decimals);
+    std::vector<sample_t> samples;
+    for (const double value : values)
+        samples.push_back({static_cast<double>(samples.size()), value});
+    const valueRange_t range = roundRange(samples, minSpan);
+    QCOMPARE(range.min, min);
+    QCOMPARE(range.max, max);
+    QCOMPARE(range.decimals, decimals);
 }
 
 void tst_surveyConsole::writesTimes_data()
@@ -656,6 +1167,17 @@ void tst_surveyConsole::screenshotsAreAlike()
     QCOMPARE(
         firstDifference(QImage(directory.filePath("1.png")), QImage(directory.filePath("2.png"))),
         QString());
+}
+
+void tst_surveyConsole::findsThePalettesOfTheSourceTree()
+{
+    const QTemporaryDir directory;
+    const QString path = directory.filePath("console.png");
+    QCOMPARE(runConsole({"--screenshot", path}).exitCode, 0);
+    palette_t depths;
+    QVERIFY(depths.load(PALETTES "/bathy.wp"));
+    // The swatch shows the first colour ten pixels high, whatever the depth curve shows.
+    QVERIFY(countOf(QColor(depths.colorTable().front()), QImage(path)) >= 10);
 }
 
 void tst_surveyConsole::replaysTheBoat()

@@ -1,5 +1,8 @@
 #include "chartPanel.h"
+#include "colorPicker.h"
 #include "labels.h"
+#include "palette.h"
+#include "paletteChooser.h"
 #include "stripChart.h"
 #include "stripChartCurve.h"
 #include "texts.h"
@@ -8,19 +11,35 @@
 #include <QEvent>
 #include <QGridLayout>
 #include <QHBoxLayout>
+#include <algorithm>
 #include <cmath>
+#include <memory>
 
+using zorbin_qt_gui::colorPicker_t;
 using zorbin_qt_gui::stripChart_t;
 using zorbin_qt_gui::stripChartCurve_t;
 
 namespace survey_console {
 namespace {
 
+const QSize PICKER_ICON_SIZE(12, 12);
+
 QColor dimmed(const QColor& color)
 {
     const QColor back = theme::panel();
     return {(color.red() + 2 * back.red()) / 3, (color.green() + 2 * back.green()) / 3,
             (color.blue() + 2 * back.blue()) / 3};
+}
+
+// A chart paints its curves in the order of their addresses. Made together and taken in that order,
+// each lies over the one before, in every run.
+std::vector<std::unique_ptr<stripChartCurve_t>> curvesInPaintingOrder(std::size_t count)
+{
+    std::vector<std::unique_ptr<stripChartCurve_t>> curves(count);
+    for (auto& curve : curves)
+        curve = std::make_unique<stripChartCurve_t>();
+    std::sort(curves.begin(), curves.end()); // by address
+    return curves;
 }
 
 } // namespace
@@ -42,6 +61,8 @@ chartPanel_t::chartPanel_t(const chartPanelSetup_t& setup, const recording_t& re
     m_rightLabel->setObjectName(QStringLiteral("rightLabel"));
     m_pointerLabel->setObjectName(QStringLiteral("pointerLabel"));
     m_pointerLabel->setToolTip(tr("Time (UTC) and value under the pointer"));
+    // The chart keeps its height when a read-out comes.
+    m_pointerLabel->setMinimumHeight(m_pointerLabel->fontMetrics().height());
     // One width for all panels, so that charts above one another share their time axis.
     const int boundsWidth = m_topLabel->fontMetrics().horizontalAdvance(QStringLiteral("00000.0"));
     m_topLabel->setFixedWidth(boundsWidth);
@@ -54,6 +75,9 @@ chartPanel_t::chartPanel_t(const chartPanelSetup_t& setup, const recording_t& re
                        .arg(m_setup.title, theme::quietText().name(), m_setup.unit));
     header->addWidget(title);
     header->addStretch();
+    if (m_setup.hasPalette && !recording.channel(m_setup.curves.front().channel).samples.empty())
+        header->addWidget(makePaletteChooser(recording));
+    auto curves = curvesInPaintingOrder(m_setup.curves.size() + 1);
     for (const panelCurve_t& curve : m_setup.curves) {
         if (recording.channel(curve.channel).samples.empty())
             continue;
@@ -62,12 +86,13 @@ chartPanel_t::chartPanel_t(const chartPanelSetup_t& setup, const recording_t& re
         auto* value = makeLabel(curve.color, 1.6, Qt::AlignRight | Qt::AlignVCenter);
         value->setObjectName(QStringLiteral("valueLabel%1").arg(m_curves.size()));
         value->setMinimumWidth(value->fontMetrics().horizontalAdvance(QStringLiteral("0000.0")));
-        auto* pair = new QHBoxLayout;
-        pair->setSpacing(6);
-        pair->addWidget(name);
-        pair->addWidget(value);
-        header->addLayout(pair);
-        addCurve(curve, recording, value);
+        auto* legend = new QHBoxLayout;
+        legend->setSpacing(6);
+        legend->addWidget(makeColorPicker(m_curves.size(), curve.color));
+        legend->addWidget(name);
+        legend->addWidget(value);
+        header->addLayout(legend);
+        addCurve(curve, recording, curves[m_curves.size()].release(), value);
     }
     if (m_curves.empty()) {
         auto* missing = makeLabel(theme::quietText(), 1.6, Qt::AlignRight | Qt::AlignVCenter);
@@ -75,7 +100,7 @@ chartPanel_t::chartPanel_t(const chartPanelSetup_t& setup, const recording_t& re
         missing->setText(tr("not recorded"));
         header->addWidget(missing);
     } else if (m_setup.hasZeroLine) {
-        addZeroLine(recording.startTime(), recording.endTime());
+        addZeroLine(recording.startTime(), recording.endTime(), curves.back().release());
     }
 
     auto* footer = new QHBoxLayout;
@@ -102,13 +127,16 @@ chartPanel_t::chartPanel_t(const chartPanelSetup_t& setup, const recording_t& re
     connect(m_chart, &stripChart_t::valueBoundsChanged, this, &chartPanel_t::showValueBounds);
     connect(m_chart, &stripChart_t::mousePos, this, &chartPanel_t::showPointer);
     showValueBounds(m_chart->minValueBound(), m_chart->maxValueBound());
+    if (m_chooser)
+        applyPalette();
     showValues();
+    showMessage();
 }
 
 chartPanel_t::~chartPanel_t() = default;
 
 void chartPanel_t::addCurve(const panelCurve_t& wanted, const recording_t& recording,
-                            QLabel* valueLabel)
+                            stripChartCurve_t* curve, QLabel* valueLabel)
 {
     const channel_t& channel = recording.channel(wanted.channel);
     shownCurve_t shown;
@@ -123,7 +151,7 @@ void chartPanel_t::addCurve(const panelCurve_t& wanted, const recording_t& recor
     }
     shown.gap = gapThreshold(channel.samples);
     shown.color = wanted.color;
-    shown.curve = new stripChartCurve_t;
+    shown.curve = curve;
     shown.curve->color(wanted.color);
     shown.curve->gapThreshold(shown.gap);
     m_chart->addCurve(shown.curve);
@@ -133,10 +161,38 @@ void chartPanel_t::addCurve(const panelCurve_t& wanted, const recording_t& recor
     m_curves.push_back(std::move(shown));
 }
 
-// One line all along the recording. Its ends alone take part in autoscale.
-void chartPanel_t::addZeroLine(double from, double to)
+QWidget* chartPanel_t::makeColorPicker(std::size_t index, const QColor& color)
 {
-    auto* line = new stripChartCurve_t;
+    auto* picker = new colorPicker_t(QColor(), this);
+    picker->setObjectName(QStringLiteral("colorPicker%1").arg(index));
+    picker->setToolTip(tr("Colour of the curve: click to change it"));
+    picker->setAutoRaise(true);
+    picker->setIconSize(PICKER_ICON_SIZE); // before the icon is made
+    picker->selectedColor(color);
+    connect(picker, &colorPicker_t::selectedColorChanged, this,
+            [this, index](const QColor& chosen) { changeColor(index, chosen); });
+    return picker;
+}
+
+QWidget* chartPanel_t::makePaletteChooser(const recording_t& recording)
+{
+    const panelCurve_t& curve = m_setup.curves.front();
+    m_colorRange = roundRange(recording.channel(curve.channel).samples, m_setup.minRange);
+    m_chooser = new paletteChooser_t(m_colorRange, m_setup.unit, curve.color, this);
+    // All headers have the height of their values, so that charts side by side stand level.
+    m_chooser->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Ignored);
+    connect(m_chooser, &paletteChooser_t::paletteChanged, this, [this] {
+        applyPalette();
+        feedAnew(m_curves.front());
+        showValues();
+    });
+    connect(m_chooser, &paletteChooser_t::messageChanged, this, &chartPanel_t::showMessage);
+    return m_chooser;
+}
+
+// One line all along the recording. Its ends alone take part in autoscale.
+void chartPanel_t::addZeroLine(double from, double to, stripChartCurve_t* line)
+{
     m_chart->addCurve(line);
     line->color(theme::zeroLine());
     line->dataDuration(to - from + 1.0);
@@ -199,25 +255,78 @@ void chartPanel_t::feed()
             const sample_t& sample = shown.samples[shown.next];
             if (sample.time > m_time)
                 break;
-            points.emplace_back(sample.time, sample.value, shown.color);
+            points.emplace_back(sample.time, sample.value, pointColor(shown, sample.value));
         }
         if (!points.empty())
             shown.curve->addPoints(std::move(points));
     }
 }
 
+// A curve that is given a colour is no longer coloured by value.
+void chartPanel_t::changeColor(std::size_t index, const QColor& color)
+{
+    shownCurve_t& shown = m_curves[index];
+    shown.color = color;
+    shown.curve->color(color);
+    if (m_chooser && index == 0)
+        m_chooser->chooseOneColor(color);
+    feedAnew(shown);
+    showValues();
+}
+
+void chartPanel_t::applyPalette()
+{
+    if (const zorbin_qt_gui::palette_t* palette = m_chooser->palette()) {
+        m_colorer.setPalette(*palette);
+        m_colorer.setRangeValues(static_cast<float>(m_colorRange.min),
+                                 static_cast<float>(m_colorRange.max));
+    }
+}
+
+// Draws the curve's past in the colours that hold now: each point has its own. The scale stays as
+// it is, which is right for the same points; following the data it would lose its place when there
+// are none for a moment.
+void chartPanel_t::feedAnew(shownCurve_t& shown)
+{
+    const bool followsData = m_chart->autoscaleValue();
+    m_chart->autoscaleValue(false);
+    shown.curve->clear();
+    shown.next = 0;
+    feed();
+    m_chart->autoscaleValue(followsData);
+}
+
+bool chartPanel_t::isColoredByValue(const shownCurve_t& shown) const
+{
+    return m_chooser && m_chooser->palette() && &shown == &m_curves.front();
+}
+
+QColor chartPanel_t::pointColor(const shownCurve_t& shown, double drawnValue) const
+{
+    if (!isColoredByValue(shown))
+        return shown.color;
+    return m_colorer.color(static_cast<float>(m_setup.isDepth ? -drawnValue : drawnValue));
+}
+
+// The colour of a curve's current value. One that changes with the value would be restless.
+QColor chartPanel_t::legendColor(const shownCurve_t& shown) const
+{
+    return isColoredByValue(shown) ? theme::text() : shown.color;
+}
+
 void chartPanel_t::showValues()
 {
     for (const shownCurve_t& shown : m_curves) {
+        const QColor color = legendColor(shown);
         if (shown.next == 0) {
             shown.valueLabel->setText(noValueText());
-            setTextColor(shown.valueLabel, dimmed(shown.color));
+            setTextColor(shown.valueLabel, dimmed(color));
             continue;
         }
         const sample_t& newest = shown.samples[shown.next - 1];
         shown.valueLabel->setText(textOf(newest.value));
         const bool isCurrent = m_time - newest.time <= shown.gap;
-        setTextColor(shown.valueLabel, isCurrent ? shown.color : dimmed(shown.color));
+        setTextColor(shown.valueLabel, isCurrent ? color : dimmed(color));
     }
 }
 
@@ -237,13 +346,23 @@ void chartPanel_t::showValueBounds(double bottom, double top)
 
 void chartPanel_t::showPointer(double time, double value)
 {
-    if (std::isnan(time)) { // it has left
-        m_pointerLabel->clear();
+    m_hasPointer = !std::isnan(time);
+    if (!m_hasPointer) { // it has left
+        showMessage();
         return;
     }
     const QString unit = m_setup.unit == QStringLiteral("\u00b0") ? m_setup.unit // stands close
                                                                   : ' ' + m_setup.unit;
     m_pointerLabel->setText(timeText(time, 1) + QStringLiteral("  ") + textOf(value) + unit);
+    setTextColor(m_pointerLabel, theme::text());
+}
+
+void chartPanel_t::showMessage()
+{
+    if (m_hasPointer)
+        return; // once it has left
+    m_pointerLabel->setText(m_chooser ? m_chooser->message() : QString());
+    setTextColor(m_pointerLabel, theme::paused());
 }
 
 QString chartPanel_t::textOf(double drawnValue) const

@@ -1,4 +1,6 @@
 #pragma once
+#include "curvePalette.h"
+#include "rangeColorer.h"
 #include "recording.h"
 
 #include <QColor>
@@ -14,13 +16,14 @@ class stripChartCurve_t;
 } // namespace zorbin_qt_gui
 
 namespace survey_console {
+class paletteChooser_t;
 
 /// One curve of a chart panel.
 struct panelCurve_t
 {
     channelId_t channel;
     QString name; ///< beside the current value; may be empty for an only curve
-    QColor color;
+    QColor color; ///< at first; the user may choose another
 };
 
 /// What a chart panel shows and how.
@@ -33,6 +36,7 @@ struct chartPanelSetup_t
     bool isAngle = false;  ///< degrees: no jump at north, shown as 0 to below 360
     bool isDepth = false;  ///< grows downwards
     bool hasZeroLine = false;
+    bool hasPalette = false; ///< the first curve may be coloured by value
     std::vector<panelCurve_t> curves;
 };
 
@@ -41,6 +45,10 @@ struct chartPanelSetup_t
 /// It follows a replay: showTime() feeds the samples the replay has come to and scrolls. A step
 /// between samples that is long for their channel is drawn as a gap, and a current value older than
 /// that is dimmed.
+///
+/// The button beside a curve's value changes its colour, that of its past included. A panel with a
+/// palette can colour its first curve by value instead; what the palettes have to report stands
+/// where the pointer's read-out is while there is none.
 class chartPanel_t : public QFrame
 {
     Q_OBJECT
@@ -70,25 +78,40 @@ private:
         std::vector<sample_t> samples; // as drawn: made continuous, or with depth turned negative
         std::size_t next = 0;          // the first one not fed yet
         double gap;                    // s; longer steps are gaps
-        QColor color;
+        QColor color;                  // unless it is coloured by value
         zorbin_qt_gui::stripChartCurve_t* curve; // owned by the chart
         QLabel* valueLabel;                      // owned by its parent
     };
 
-    void addCurve(const panelCurve_t& wanted, const recording_t& recording, QLabel* valueLabel);
-    void addZeroLine(double from, double to);
+    // The chart takes the curve over.
+    void addCurve(const panelCurve_t& wanted, const recording_t& recording,
+                  zorbin_qt_gui::stripChartCurve_t* curve, QLabel* valueLabel);
+    QWidget* makeColorPicker(std::size_t index, const QColor& color);
+    QWidget* makePaletteChooser(const recording_t& recording);
+    void addZeroLine(double from, double to, zorbin_qt_gui::stripChartCurve_t* line);
     void feed();
+    void changeColor(std::size_t index, const QColor& color);
+    void applyPalette();
+    void feedAnew(shownCurve_t& shown);
+    bool isColoredByValue(const shownCurve_t& shown) const;
+    QColor pointColor(const shownCurve_t& shown, double drawnValue) const;
+    QColor legendColor(const shownCurve_t& shown) const;
     void anchorWindow();
     void showValues();
     void showTimeBounds(double left, double right);
     void showValueBounds(double bottom, double top);
     void showPointer(double time, double value);
+    void showMessage();
     QString textOf(double drawnValue) const;
 
     const chartPanelSetup_t m_setup;
     std::vector<shownCurve_t> m_curves;
     double m_time = 0.0;          // shown last
     double m_span = DEFAULT_SPAN; // s
+    zorbin_qt_gui::rangeColorer_t m_colorer;
+    valueRange_t m_colorRange = {};        // of m_colorer
+    paletteChooser_t* m_chooser = nullptr; // null without palettes
+    bool m_hasPointer = false;             // over the chart
     zorbin_qt_gui::stripChart_t* m_chart;
     QLabel* m_topLabel;
     QLabel* m_bottomLabel;

@@ -1,6 +1,7 @@
 // Replays a recorded survey line in strip charts. Look at the depth chart's faded lines where
 // soundings are missing, at the charts' scales following the data, and at the read-out under each
-// chart when the pointer is over it. Try the seek slider and 100x.
+// chart when the pointer is over it. Try the seek slider and 100x, another palette for the depth,
+// and another colour for a curve: click the square beside its value.
 
 #include "mainWindow.h"
 #include "recordingReader.h"
@@ -118,6 +119,13 @@ bool writeScreenshot(mainWindow_t* window, double* realTime, const QString& path
     return false;
 }
 
+// The palettes are those of the source tree, unless the user names others.
+void setResourceDirectory()
+{
+    if (!qEnvironmentVariableIsSet("ZORBIN_QT_RESOURCE_DIR"))
+        qputenv("ZORBIN_QT_RESOURCE_DIR", SURVEY_CONSOLE_RESOURCE_DIR);
+}
+
 } // namespace
 
 int main(int argc, char* argv[])
@@ -139,6 +147,7 @@ int main(int argc, char* argv[])
                      .arg(result.counts.lines)
                      .arg(options.recording));
 
+    setResourceDirectory();
     theme::apply(&application);
     const bool isForPicture = !options.screenshot.isEmpty();
     QElapsedTimer elapsed;

@@ -24,6 +24,7 @@ std::vector<chartPanelSetup_t> panelSetups()
     setups[0].unit = QStringLiteral("m");
     setups[0].minRange = 5.0;
     setups[0].isDepth = true;
+    setups[0].hasPalette = true;
     setups[0].curves = {{CHANNEL_DEPTH, QString(), first}};
 
     setups[1].title = mainWindow_t::tr("Heading");
