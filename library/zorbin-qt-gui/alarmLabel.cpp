@@ -1,0 +1,85 @@
+#include "alarmLabel.h"
+
+#include <QApplication>
+#include <QPalette>
+#include <QTimer>
+#include <cmath>
+#include <zorbin/timestamp.h>
+#include <zorbin/usleep.h>
+
+namespace zorbin_qt_gui {
+
+struct alarmLabel_t::alarmLabelData_t
+{
+    static QTimer* alarmTimer; // ticks for all labels; never deleted
+
+    bool isFlashing = false;       // connected to the timer
+    bool isPaintedFlashed = false; // the flash look is on
+    QColor flashFg = QApplication::palette().color(QPalette::HighlightedText);
+    QColor flashBg = QApplication::palette().color(QPalette::Highlight);
+};
+
+QTimer* alarmLabel_t::alarmLabelData_t::alarmTimer = nullptr;
+
+alarmLabel_t::alarmLabel_t(QWidget* parent)
+    : QLabel(parent), m_d(std::make_unique<alarmLabelData_t>())
+{
+    setIndent(2);
+    if (alarmLabelData_t::alarmTimer != nullptr)
+        return;
+    // Deliberate: waits for the next whole second, so that labels flash in step with the clock,
+    // also those of other programs.
+    const double now = zorbin::gettimestamp();
+    const double nextSecond = std::floor(now) + 1.0;
+    zorbinport::usleep(static_cast<unsigned>((nextSecond - now) * 1000000.0));
+    alarmLabelData_t::alarmTimer = new QTimer;
+    alarmLabelData_t::alarmTimer->start(500);
+}
+
+alarmLabel_t::~alarmLabel_t() = default;
+
+void alarmLabel_t::flashFgColor(const QColor& color)
+{
+    m_d->flashFg = color;
+}
+
+void alarmLabel_t::flashBgColor(const QColor& color)
+{
+    m_d->flashBg = color;
+}
+
+void alarmLabel_t::alarm(bool enable_)
+{
+    if (m_d->isFlashing == enable_)
+        return;
+    m_d->isFlashing = enable_;
+    if (enable_) {
+        connect(alarmLabelData_t::alarmTimer, &QTimer::timeout, this, &alarmLabel_t::flash);
+    } else {
+        disconnect(alarmLabelData_t::alarmTimer, &QTimer::timeout, this, &alarmLabel_t::flash);
+        clearFlash();
+    }
+}
+
+void alarmLabel_t::flash()
+{
+    if (m_d->isPaintedFlashed) {
+        clearFlash();
+        return;
+    }
+    const QColor& fg = m_d->flashFg;
+    const QColor& bg = m_d->flashBg;
+    setStyleSheet(QString::asprintf(
+        "border-radius: 3px;color: rgb(%u,%u,%u);background-color: rgb(%u,%u,%u);",
+        static_cast<unsigned>(fg.red()), static_cast<unsigned>(fg.green()),
+        static_cast<unsigned>(fg.blue()), static_cast<unsigned>(bg.red()),
+        static_cast<unsigned>(bg.green()), static_cast<unsigned>(bg.blue())));
+    m_d->isPaintedFlashed = true;
+}
+
+void alarmLabel_t::clearFlash()
+{
+    setStyleSheet(QString());
+    m_d->isPaintedFlashed = false;
+}
+} // namespace zorbin_qt_gui

@@ -1,0 +1,428 @@
+#include "spFbUiWrapper.h"
+
+#include "indicator.h"
+#include "spFbUiWrapperItem.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QDoubleSpinBox>
+#include <QLineEdit>
+#include <QSignalMapper>
+#include <QSlider>
+#include <QSpinBox>
+#include <vector>
+
+namespace zorbin_qt_gui {
+namespace {
+
+using items_t = std::map<int, spFbUiWrapperItem_t*>;
+
+void requireHandles(const QWidget* widget, const indicator_t* indicator, int id,
+                    const char* operation)
+{
+    if (widget == nullptr || indicator == nullptr)
+        qFatal("spFbUiWrapper_t::%s: Cannot add id (%d) with null handle", operation, id);
+}
+
+// Slots of the application may add and remove items meanwhile, so loops that call them go by id.
+std::vector<int> idsOf(const items_t& items)
+{
+    std::vector<int> ids;
+    ids.reserve(items.size());
+    for (const auto& entry : items)
+        ids.push_back(entry.first);
+    return ids;
+}
+
+} // namespace
+
+struct spFbUiWrapper_t::privateData_t
+{
+    // The item of an id; fatal in the name of the operation if there is none.
+    spFbUiWrapperItem_t& item(int id, const char* operation) const
+    {
+        const auto found = items.find(id);
+        if (found == items.end())
+            qFatal("spFbUiWrapper_t::%s: id (%d) is not a ui element", operation, id);
+        return *found->second;
+    }
+
+    QSignalMapper* mapperOf(spFbUiWrapperItem_t::supportedWidget_t kind)
+    {
+        switch (kind) {
+        case spFbUiWrapperItem_t::SW_CHECK_BOX:
+            return &checkBoxMapper;
+        case spFbUiWrapperItem_t::SW_COMBO_BOX:
+            return &comboBoxMapper;
+        case spFbUiWrapperItem_t::SW_DOUBLE_SPIN_BOX:
+            return &doubleSpinBoxMapper;
+        case spFbUiWrapperItem_t::SW_LINE_EDIT:
+            return &lineEditMapper;
+        case spFbUiWrapperItem_t::SW_SPIN_BOX:
+            return &spinBoxMapper;
+        case spFbUiWrapperItem_t::SW_SLIDER:
+            return &sliderMapper;
+        case spFbUiWrapperItem_t::SW_UNSUPPORTED:
+            break;
+        }
+        return nullptr;
+    }
+
+    items_t items; // owned
+    QSignalMapper checkBoxMapper;
+    QSignalMapper comboBoxMapper;
+    QSignalMapper doubleSpinBoxMapper;
+    QSignalMapper lineEditMapper;
+    QSignalMapper spinBoxMapper;
+    QSignalMapper sliderMapper;
+    // Deliberate: never written, so that the getters without an id return invalid colours.
+    const QColor matchColor;
+    const QColor mismatchColor;
+    const QColor inFlightColor;
+    bool useColor = true;
+};
+
+spFbUiWrapper_t::spFbUiWrapper_t(QObject* parent)
+    : QObject(parent), m_d(std::make_unique<privateData_t>())
+{
+    // The handlers come first, so that setpoint and lamp are right when valueChanged() is emitted.
+    const auto mapped = &QSignalMapper::mappedInt;
+    connect(&m_d->checkBoxMapper, mapped, this, &spFbUiWrapper_t::handleCheckBoxChanged);
+    connect(&m_d->comboBoxMapper, mapped, this, &spFbUiWrapper_t::handleComboBoxChanged);
+    connect(&m_d->doubleSpinBoxMapper, mapped, this, &spFbUiWrapper_t::handleDoubleSpinBoxChanged);
+    connect(&m_d->lineEditMapper, mapped, this, &spFbUiWrapper_t::handleLineEditChanged);
+    connect(&m_d->spinBoxMapper, mapped, this, &spFbUiWrapper_t::handleSpinBoxChanged);
+    connect(&m_d->sliderMapper, mapped, this, &spFbUiWrapper_t::handleSliderChanged);
+    for (QSignalMapper* const mapper :
+         {&m_d->checkBoxMapper, &m_d->comboBoxMapper, &m_d->doubleSpinBoxMapper,
+          &m_d->lineEditMapper, &m_d->spinBoxMapper, &m_d->sliderMapper})
+        connect(mapper, mapped, this, &spFbUiWrapper_t::valueChanged);
+}
+
+spFbUiWrapper_t::~spFbUiWrapper_t()
+{
+    for (const auto& entry : m_d->items)
+        delete entry.second;
+}
+
+void spFbUiWrapper_t::addCheckBoxWrapper(bool setpoint, bool feedback, indicator_t* indicator,
+                                         int id, QCheckBox* widget)
+{
+    requireHandles(widget, indicator, id, "addCheckBoxWrapper");
+    addWrapper(setpoint, feedback, indicator, id, widget);
+}
+
+void spFbUiWrapper_t::addComboBoxWrapper(int setpoint, int feedback, indicator_t* indicator, int id,
+                                         QComboBox* widget)
+{
+    requireHandles(widget, indicator, id, "addComboBoxWrapper");
+    addWrapper(setpoint, feedback, indicator, id, widget);
+}
+
+void spFbUiWrapper_t::addDoubleSpinBoxWrapper(double setpoint, double feedback,
+                                              indicator_t* indicator, int id,
+                                              QDoubleSpinBox* widget)
+{
+    requireHandles(widget, indicator, id, "addDoubleSpinBoxWrapper");
+    addWrapper(setpoint, feedback, indicator, id, widget);
+}
+
+void spFbUiWrapper_t::addLineEditWrapper(QString setpoint, QString feedback, indicator_t* indicator,
+                                         int id, QLineEdit* widget)
+{
+    requireHandles(widget, indicator, id, "addLineEditWrapper");
+    addWrapper(setpoint, feedback, indicator, id, widget);
+}
+
+void spFbUiWrapper_t::addSpinBoxWrapper(int setpoint, int feedback, indicator_t* indicator, int id,
+                                        QSpinBox* widget)
+{
+    requireHandles(widget, indicator, id, "addSpinBoxWrapper");
+    addWrapper(setpoint, feedback, indicator, id, widget);
+}
+
+void spFbUiWrapper_t::addSliderWrapper(int setpoint, int feedback, indicator_t* indicator, int id,
+                                       QAbstractSlider* widget)
+{
+    requireHandles(widget, indicator, id, "addSliderWrapper");
+    addWrapper(setpoint, feedback, indicator, id, widget);
+}
+
+void spFbUiWrapper_t::addWrapper(const QVariant& setpoint, const QVariant& feedback,
+                                 indicator_t* indicator, int id, QWidget* widget)
+{
+    if (idExists(id))
+        qFatal("spFbUiWrapper_t::%s: id (%d) is already a ui element", "addWrapper", id);
+    auto* const item = new spFbUiWrapperItem_t(setpoint, feedback, indicator, widget);
+    m_d->items[id] = item;
+    QSignalMapper* const mapper = m_d->mapperOf(item->widgetEnumType());
+    if (mapper == nullptr)
+        qFatal("spFbUiWrapper_t::%s: Unsupported widget type", "addWrapper");
+    mapper->setMapping(widget, id);
+    const auto map = qOverload<>(&QSignalMapper::map);
+    if (auto* const checkBox = qobject_cast<QCheckBox*>(widget))
+        connect(checkBox, &QCheckBox::stateChanged, mapper, map);
+    else if (auto* const comboBox = qobject_cast<QComboBox*>(widget))
+        connect(comboBox, qOverload<int>(&QComboBox::currentIndexChanged), mapper, map);
+    else if (auto* const doubleSpinBox = qobject_cast<QDoubleSpinBox*>(widget))
+        connect(doubleSpinBox, qOverload<double>(&QDoubleSpinBox::valueChanged), mapper, map);
+    else if (auto* const lineEdit = qobject_cast<QLineEdit*>(widget))
+        connect(lineEdit, &QLineEdit::textChanged, mapper, map);
+    else if (auto* const spinBox = qobject_cast<QSpinBox*>(widget))
+        connect(spinBox, qOverload<int>(&QSpinBox::valueChanged), mapper, map);
+    else if (auto* const slider = qobject_cast<QAbstractSlider*>(widget))
+        connect(slider, &QAbstractSlider::valueChanged, mapper, map);
+}
+
+void spFbUiWrapper_t::removeWrapper(int id)
+{
+    const spFbUiWrapperItem_t& item = m_d->item(id, "removeWrapper");
+    // The widget's connection to the mapper stays; without a mapping it comes to nothing.
+    QSignalMapper* const mapper = m_d->mapperOf(item.widgetEnumType());
+    if (mapper != nullptr && item.widget() != nullptr)
+        mapper->removeMappings(item.widget());
+    delete &item;
+    m_d->items.erase(id);
+}
+
+bool spFbUiWrapper_t::idExists(int id) const
+{
+    return m_d->items.count(id) != 0;
+}
+
+spFbUiWrapperItem_t& spFbUiWrapper_t::lookupWrapperItem(int id)
+{
+    return m_d->item(id, "lookupWrapperItem");
+}
+
+const spFbUiWrapperItem_t& spFbUiWrapper_t::lookupWrapperItem(int id) const
+{
+    return m_d->item(id, "lookupWrapperItem");
+}
+
+const std::map<int, spFbUiWrapperItem_t*>& spFbUiWrapper_t::wrappers() const
+{
+    return m_d->items;
+}
+
+QVariant spFbUiWrapper_t::setpointValue(int id) const
+{
+    return m_d->item(id, "setpointValue").setpointValue();
+}
+
+bool spFbUiWrapper_t::spFbMatch(int id) const
+{
+    return m_d->item(id, "spFbMatch").spFbMatch();
+}
+
+bool spFbUiWrapper_t::allSpFbMatch() const
+{
+    return std::all_of(m_d->items.begin(), m_d->items.end(),
+                       [](const auto& entry) { return entry.second->spFbMatch(); });
+}
+
+void spFbUiWrapper_t::updateFeedback(unsigned int id, QVariant value)
+{
+    const int key = static_cast<int>(id);
+    spFbUiWrapperItem_t& item = lookupWrapperItem(key);
+    if (item.spFbMatch()) {
+        item.setSetpointAndWidgetValue(value);
+        if (!idExists(key)) // a slot has removed it
+            return;
+    }
+    spFbUiWrapperItem_t& present = lookupWrapperItem(key);
+    present.setFeedbackValue(value);
+    present.updateIndicator();
+}
+
+void spFbUiWrapper_t::initGui()
+{
+    for (const int id : idsOf(m_d->items)) {
+        const auto found = m_d->items.find(id);
+        if (found == m_d->items.end())
+            continue;
+        switch (found->second->widgetEnumType()) {
+        case spFbUiWrapperItem_t::SW_CHECK_BOX:
+            handleCheckBoxChanged(id);
+            break;
+        case spFbUiWrapperItem_t::SW_COMBO_BOX:
+            handleComboBoxChanged(id);
+            break;
+        case spFbUiWrapperItem_t::SW_DOUBLE_SPIN_BOX:
+            handleDoubleSpinBoxChanged(id);
+            break;
+        case spFbUiWrapperItem_t::SW_LINE_EDIT:
+            handleLineEditChanged(id);
+            break;
+        case spFbUiWrapperItem_t::SW_SPIN_BOX:
+            handleSpinBoxChanged(id);
+            break;
+        case spFbUiWrapperItem_t::SW_SLIDER:
+            handleSliderChanged(id);
+            break;
+        case spFbUiWrapperItem_t::SW_UNSUPPORTED:
+            qFatal("spFbUiWrapper_t::%s: Unsupported widget type", "initGui");
+        }
+    }
+}
+
+void spFbUiWrapper_t::resetGui()
+{
+    for (const int id : idsOf(m_d->items)) {
+        const auto found = m_d->items.find(id);
+        if (found != m_d->items.end())
+            found->second->reset();
+    }
+}
+
+void spFbUiWrapper_t::setInFlight(int id)
+{
+    m_d->item(id, "setInFlight").setInFlight();
+}
+
+void spFbUiWrapper_t::setChangedItemsInFlight()
+{
+    for (const auto& entry : m_d->items) {
+        if (!entry.second->spFbMatch())
+            entry.second->setInFlight();
+    }
+}
+
+void spFbUiWrapper_t::setAllItemsInFlight()
+{
+    for (const auto& entry : m_d->items)
+        entry.second->setInFlight();
+}
+
+void spFbUiWrapper_t::setMatchColor(QColor color)
+{
+    setConditionColor(&spFbUiWrapperItem_t::setMatchColor, color);
+}
+
+void spFbUiWrapper_t::setMismatchColor(QColor color)
+{
+    setConditionColor(&spFbUiWrapperItem_t::setMismatchColor, color);
+}
+
+void spFbUiWrapper_t::setInFlightColor(QColor color)
+{
+    setConditionColor(&spFbUiWrapperItem_t::setInFlightColor, color);
+}
+
+QColor spFbUiWrapper_t::matchColor() const
+{
+    return m_d->matchColor;
+}
+
+QColor spFbUiWrapper_t::mismatchColor() const
+{
+    return m_d->mismatchColor;
+}
+
+QColor spFbUiWrapper_t::inFlightColor() const
+{
+    return m_d->inFlightColor;
+}
+
+void spFbUiWrapper_t::setMatchColor(QColor color, int id)
+{
+    setConditionColor(&spFbUiWrapperItem_t::setMatchColor, color, id);
+}
+
+void spFbUiWrapper_t::setMismatchColor(QColor color, int id)
+{
+    setConditionColor(&spFbUiWrapperItem_t::setMismatchColor, color, id);
+}
+
+void spFbUiWrapper_t::setInFlightColor(QColor color, int id)
+{
+    setConditionColor(&spFbUiWrapperItem_t::setInFlightColor, color, id);
+}
+
+QColor spFbUiWrapper_t::matchColor(int id) const
+{
+    return getConditionColor(&spFbUiWrapperItem_t::matchColor, id);
+}
+
+QColor spFbUiWrapper_t::mismatchColor(int id) const
+{
+    return getConditionColor(&spFbUiWrapperItem_t::mismatchColor, id);
+}
+
+QColor spFbUiWrapper_t::inFlightColor(int id) const
+{
+    return getConditionColor(&spFbUiWrapperItem_t::inFlightColor, id);
+}
+
+bool spFbUiWrapper_t::useColor() const
+{
+    return m_d->useColor;
+}
+
+void spFbUiWrapper_t::setUseColor(bool use)
+{
+    m_d->useColor = use;
+    for (const auto& entry : m_d->items)
+        entry.second->setUseColor(use);
+}
+
+void spFbUiWrapper_t::handleCheckBoxChanged(int id)
+{
+    if (const auto* const box = qobject_cast<QCheckBox*>(m_d->checkBoxMapper.mapping(id)))
+        handleChanged(id, box->isChecked());
+}
+
+void spFbUiWrapper_t::handleComboBoxChanged(int id)
+{
+    if (const auto* const box = qobject_cast<QComboBox*>(m_d->comboBoxMapper.mapping(id)))
+        handleChanged(id, box->currentIndex());
+}
+
+void spFbUiWrapper_t::handleDoubleSpinBoxChanged(int id)
+{
+    if (const auto* const box = qobject_cast<QDoubleSpinBox*>(m_d->doubleSpinBoxMapper.mapping(id)))
+        handleChanged(id, box->value());
+}
+
+void spFbUiWrapper_t::handleLineEditChanged(int id)
+{
+    if (const auto* const edit = qobject_cast<QLineEdit*>(m_d->lineEditMapper.mapping(id)))
+        handleChanged(id, edit->text());
+}
+
+void spFbUiWrapper_t::handleSpinBoxChanged(int id)
+{
+    if (const auto* const box = qobject_cast<QSpinBox*>(m_d->spinBoxMapper.mapping(id)))
+        handleChanged(id, box->value());
+}
+
+void spFbUiWrapper_t::handleSliderChanged(int id)
+{
+    if (const auto* const slider = qobject_cast<QAbstractSlider*>(m_d->sliderMapper.mapping(id)))
+        handleChanged(id, slider->value());
+}
+
+// The widget of `id` shows `value`.
+void spFbUiWrapper_t::handleChanged(int id, const QVariant& value)
+{
+    spFbUiWrapperItem_t& item = lookupWrapperItem(id);
+    item.setSetpointAndWidgetValue(value);
+    item.updateIndicator();
+}
+
+QColor spFbUiWrapper_t::getConditionColor(colorGetter_t getter, int id) const
+{
+    return (m_d->item(id, "getConditionColor").*getter)();
+}
+
+void spFbUiWrapper_t::setConditionColor(colorSetter_t setter, const QColor& color)
+{
+    for (const auto& entry : m_d->items)
+        (entry.second->*setter)(color);
+}
+
+void spFbUiWrapper_t::setConditionColor(colorSetter_t setter, const QColor& color, int id)
+{
+    (m_d->item(id, "setConditionColor").*setter)(color);
+}
+} // namespace zorbin_qt_gui

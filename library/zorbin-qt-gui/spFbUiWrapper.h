@@ -1,0 +1,142 @@
+#pragma once
+#include "zorbinQtGuiExport.h"
+
+#include <QColor>
+#include <QObject>
+#include <QVariant>
+#include <map>
+#include <memory>
+
+class QAbstractSlider;
+class QCheckBox;
+class QComboBox;
+class QDoubleSpinBox;
+class QLineEdit;
+class QSpinBox;
+
+namespace zorbin_qt_gui {
+class indicator_t;
+class spFbUiWrapperItem_t;
+
+/// Binds the input widgets of a control panel, each under an id, to setpoints and feedback: it
+/// records what the operator sets, shows on a lamp per widget whether the equipment agrees, and
+/// lets widgets that were in step follow the equipment.
+///
+/// Use: register each widget with its lamp; call initGui(); on valueChanged() send setpointValue()
+/// to the equipment and call setChangedItemsInFlight(); on each report call updateFeedback().
+///
+/// Widgets and lamps belong to the application, which may delete them any time: a lamp that is gone
+/// is left out, the item of a widget that is gone keeps its values. Widgets' signals are never
+/// blocked, so valueChanged() also tells of changes by the program. A wrong id, a null handle and a
+/// widget that isn't supported are fatal errors. Don't delete the binder in a slot of
+/// valueChanged(); use deleteLater(). GUI thread only. \image html spFbUiWrapper.png
+class ZORBIN_QT_GUI_EXPORT spFbUiWrapper_t : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit spFbUiWrapper_t(QObject* parent = nullptr);
+    ~spFbUiWrapper_t() override;
+
+    /// \name Registration
+    /// Binds a widget under an id that is not taken, with the values that setpoint and feedback
+    /// start from. Neither the widget nor the lamp is changed before initGui() or the first report.
+    /// The widget's class must be exactly the one named.
+    /// @{
+    void addCheckBoxWrapper(bool setpoint, bool feedback, indicator_t* indicator, int id,
+                            QCheckBox* widget);
+    void addComboBoxWrapper(int setpoint, int feedback, indicator_t* indicator, int id,
+                            QComboBox* widget); ///< Values are indices.
+    void addDoubleSpinBoxWrapper(double setpoint, double feedback, indicator_t* indicator, int id,
+                                 QDoubleSpinBox* widget);
+    void addLineEditWrapper(QString setpoint, QString feedback, indicator_t* indicator, int id,
+                            QLineEdit* widget);
+    void addSpinBoxWrapper(int setpoint, int feedback, indicator_t* indicator, int id,
+                           QSpinBox* widget);
+    void addSliderWrapper(int setpoint, int feedback, indicator_t* indicator, int id,
+                          QAbstractSlider* widget); ///< Also for a QDial.
+    /// @}
+
+    /// Unbinds a widget; it and its lamp stay as they are.
+    void removeWrapper(int id);
+    /// Whether an id is taken.
+    bool idExists(int id) const;
+    /// The item of an id; owned by the binder and valid until it is removed.
+    spFbUiWrapperItem_t& lookupWrapperItem(int id);
+    const spFbUiWrapperItem_t& lookupWrapperItem(int id) const; ///< Likewise.
+    /// All items by id; always up to date.
+    const std::map<int, spFbUiWrapperItem_t*>& wrappers() const;
+
+    QVariant setpointValue(int id) const; ///< What the operator asked for.
+    bool spFbMatch(int id) const;         ///< Whether setpoint and feedback of a widget match.
+    bool allSpFbMatch() const;            ///< Whether they match for all widgets.
+
+    /// Takes a report of the equipment. A widget whose setpoint matched the feedback before follows
+    /// it; one with a pending edit stays. Updates the lamp.
+    void updateFeedback(unsigned int id, QVariant value);
+
+    /// Takes all setpoints from the widgets and updates all lamps, in ascending order of ids.
+    void initGui();
+    /// Discards pending edits: shows the feedback in all widgets, in ascending order of ids.
+    void resetGui();
+
+    void setInFlight(int id);       ///< Shows on the lamp that the setpoint was sent.
+    void setChangedItemsInFlight(); ///< The same for all items that don't match.
+    void setAllItemsInFlight();     ///< The same for all items.
+
+    /// \name Colours of all items
+    /// Set the colour of the items that there are; not of later ones. Lamps keep theirs until they
+    /// are next updated. The getters return an invalid colour, whatever was set.
+    /// @{
+    void setMatchColor(QColor color);
+    void setMismatchColor(QColor color);
+    void setInFlightColor(QColor color);
+    QColor matchColor() const;
+    QColor mismatchColor() const;
+    QColor inFlightColor() const;
+    /// @}
+
+    /// \name Colours of one item
+    /// The lamp keeps its colour until it is next updated.
+    /// @{
+    void setMatchColor(QColor color, int id);
+    void setMismatchColor(QColor color, int id);
+    void setInFlightColor(QColor color, int id);
+    QColor matchColor(int id) const;
+    QColor mismatchColor(int id) const;
+    QColor inFlightColor(int id) const;
+    /// @}
+
+    /// The colour mode set last, true at first.
+    bool useColor() const;
+    /// Sets the colour mode of the items that there are (spFbUiWrapperItem_t::updateIndicator());
+    /// later ones begin with true. Lamps stay as they are until they are next updated.
+    void setUseColor(bool use);
+
+Q_SIGNALS:
+    /// A bound widget has changed; its setpoint is stored and its lamp updated.
+    void valueChanged(int id);
+
+private Q_SLOTS:
+    void handleCheckBoxChanged(int id);
+    void handleComboBoxChanged(int id);
+    void handleDoubleSpinBoxChanged(int id);
+    void handleLineEditChanged(int id);
+    void handleSpinBoxChanged(int id);
+    void handleSliderChanged(int id);
+
+private:
+    using colorGetter_t = QColor (spFbUiWrapperItem_t::*)() const;
+    using colorSetter_t = void (spFbUiWrapperItem_t::*)(QColor);
+
+    void addWrapper(const QVariant& setpoint, const QVariant& feedback, indicator_t* indicator,
+                    int id, QWidget* widget);
+    void handleChanged(int id, const QVariant& value);
+    QColor getConditionColor(colorGetter_t getter, int id) const;
+    void setConditionColor(colorSetter_t setter, const QColor& color);
+    void setConditionColor(colorSetter_t setter, const QColor& color, int id);
+
+    struct privateData_t;
+    const std::unique_ptr<privateData_t> m_d;
+};
+} // namespace zorbin_qt_gui
