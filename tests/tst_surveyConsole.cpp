@@ -237,6 +237,7 @@ private Q_SLOTS:
     void goesOnWithoutPalettes();
     void namesStandardPalettesThatCannotBeRead();
     void hasNoPaletteWithoutDepth();
+    void secondCurveLiesOverTheFirst();
     void recoloursACurveByItsPicker();
     void choosesACurveColourInTheDialog();
     void pickedColourTakesTheDepthOffItsPalette();
@@ -890,7 +891,7 @@ void tst_surveyConsole::readOutStandsBeforeTheMessage()
 {
     console_t console;
     QVERIFY(console.isReady());
-    QTest::mouseMove(console.area(PANEL_DEPTH), QPoint(20, 20));
+    QTest::mouseMove(console.area(PANEL_DEPTH), QPoint(30, 30));
     QTRY_VERIFY(!console.text(PANEL_DEPTH, "pointerLabel").isEmpty());
     console.chooser()->chooseFile("/nowhere.wp");
     QVERIFY(console.text(PANEL_DEPTH, "pointerLabel").endsWith(" m"));
@@ -934,6 +935,24 @@ void tst_surveyConsole::hasNoPaletteWithoutDepth()
     line.recording.add(CHANNEL_HEAVE, "PRDID", {START + 1.0, 0.6});
     mainWindow_t window("test line", std::move(line), [] { return 0.0; });
     QVERIFY(!window.findChild<paletteChooser_t*>());
+}
+
+void tst_surveyConsole::secondCurveLiesOverTheFirst()
+{
+    readResult_t line;
+    for (int second = 0; second < 100; ++second) {
+        line.recording.add(CHANNEL_GYRO_HEADING, "HEHDT", {START + second, 90.0});
+        line.recording.add(CHANNEL_HEADING, "INHDT", {START + second, 90.0});
+    }
+    mainWindow_t window("test line", std::move(line), [] { return 0.0; });
+    window.resize(1280, 800);
+    window.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&window));
+    window.clock()->seek(START + 99.0);
+    QCoreApplication::processEvents();
+    const QImage picture = snapshot(*window.chartPanels().at(PANEL_HEADING)->chart());
+    QVERIFY(countOf(theme::secondCurve(), picture) > 100);
+    QCOMPARE(countOf(theme::firstCurve(), picture), 0);
 }
 
 void tst_surveyConsole::recoloursACurveByItsPicker()
