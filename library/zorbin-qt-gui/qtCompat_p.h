@@ -2,9 +2,11 @@
 #include <QApplication>
 #include <QByteArray>
 #include <QMouseEvent>
-#if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
-#include <QTextCodec>
 #include <QXmlStreamReader>
+#if QT_VERSION >= QT_VERSION_CHECK(6, 0, 0)
+#include <QStringConverter>
+#else
+#include <QTextCodec>
 #endif
 
 // All that differs between Qt 5 and Qt 6 for this library.
@@ -21,32 +23,31 @@ inline QPoint pointerPos(const QMouseEvent* event)
 #endif
 }
 
-/// The text of an XML file, to be given to all parsers. Those of Qt 5 disagree about the encoding
-/// of some bytes, so they get them decoded: one parser's word about a text then holds for the
-/// other.
+/// The text of an XML file, by its byte order mark or the encoding that it declares, else as UTF-8.
+/// Parsers disagree about the encoding of some bytes, so they get them decoded: one parser's word
+/// about a text then holds for the other.
+inline QString xmlText(const QByteArray& file)
+{
+    const auto declaredEncoding = [&file] {
+        QXmlStreamReader reader(file);
+        reader.readNext();
+        return reader.documentEncoding().toLatin1();
+    };
 #if QT_VERSION >= QT_VERSION_CHECK(6, 0, 0)
-using xmlText_t = QByteArray;
-inline xmlText_t xmlText(const QByteArray& file)
-{
-    return file;
-}
+    const auto marked = QStringConverter::encodingForData(file, u'<');
+    QStringDecoder decoder = marked ? QStringDecoder(*marked) : QStringDecoder(declaredEncoding());
+    return decoder.isValid() ? decoder(file) : QString::fromUtf8(file);
 #else
-using xmlText_t = QString;
-inline xmlText_t xmlText(const QByteArray& file)
-{
-    QTextCodec* codec = QTextCodec::codecForUtfText(file, nullptr); // by the byte order mark
+    QTextCodec* codec = QTextCodec::codecForUtfText(file, nullptr);
     if (codec == nullptr && file.startsWith(QByteArray("<\0", 2)))
         codec = QTextCodec::codecForName("UTF-16LE");
     if (codec == nullptr && file.startsWith(QByteArray("\0<", 2)))
         codec = QTextCodec::codecForName("UTF-16BE");
-    if (codec == nullptr) {
-        QXmlStreamReader reader(file);
-        reader.readNext();
-        codec = QTextCodec::codecForName(reader.documentEncoding().toLatin1());
-    }
+    if (codec == nullptr)
+        codec = QTextCodec::codecForName(declaredEncoding());
     return codec == nullptr ? QString::fromUtf8(file) : codec->toUnicode(file);
-}
 #endif
+}
 
 /// The least size that the application asks for of all widgets.
 inline QSize globalStrut()

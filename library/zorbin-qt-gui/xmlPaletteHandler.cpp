@@ -15,12 +15,14 @@ namespace {
 
 constexpr qint64 maxFileSize = 16 * 1024 * 1024;
 constexpr qint64 maxDepth = 5000;    // QDomDocument recurses, so more would overflow the stack
-constexpr qint64 maxNodes = 1000000; // elements and attributes, some 500 bytes each in the tree
+constexpr qint64 maxNodes = 1000000; // at most some 800 bytes each in the tree
+constexpr qint64 maxSizeWithEntities = 16 * 1024; // parsers expand each to 4096 characters at most
+constexpr double maxAttributePairs = 1e7; // parsers compare their names, in a fraction of a second
 
-const QString colorTableTag = QStringLiteral("colorTable");
-const QString colorTag = QStringLiteral("color");
-const QString keyedColorTableTag = QStringLiteral("keyedColorTable");
-const QString keyedColorTag = QStringLiteral("keyedColor");
+constexpr QLatin1String colorTableTag("colorTable");
+constexpr QLatin1String colorTag("color");
+constexpr QLatin1String keyedColorTableTag("keyedColorTable");
+constexpr QLatin1String keyedColorTag("keyedColor");
 
 void reportFault(const QString& text, qint64 line, qint64 column)
 {
@@ -43,39 +45,78 @@ bool readFile(const std::string& fileName, QByteArray& bytes)
     return true;
 }
 
-// Whether the tree of the document would stay small enough, judged without building it. A document
-// with a fault that would not is refused with the fault's message.
-bool isSafeToBuild(const xmlText_t& text)
+// How many pairs of attributes the text may hold in the same element. Between two "<" is one tag at
+// most, and every attribute has a "=".
+double attributePairs(const QString& text)
 {
+    double pairs = 0.0;
+    double attributes = 0.0;
+    QChar last;
+    for (const QChar c : text) {
+        if (c == '<') {
+            pairs += 0.5 * attributes * attributes;
+            attributes = 0.0;
+        } else if (c == '=' && last != '=') { // a line of them in a comment is no attributes
+            attributes += 1.0;
+        }
+        last = c;
+    }
+    return pairs + 0.5 * attributes * attributes;
+}
+
+// How many tags in the text may begin an element with content.
+qint64 openingTags(const QString& text)
+{
+    qint64 count = 0;
+    for (auto start = text.indexOf('<'); start >= 0; start = text.indexOf('<', start + 1)) {
+        const QChar first = start + 1 < text.size() ? text[start + 1] : QChar();
+        QChar quote;
+        QChar last; // outside quotes
+        for (auto i = start + 1; i < text.size() && text[i] != '<'; ++i) {
+            const QChar c = text[i];
+            if (quote.isNull() && c == '>')
+                break;
+            if (quote.isNull() && (c == '"' || c == '\''))
+                quote = c;
+            else if (c == quote)
+                quote = QChar();
+            last = quote.isNull() ? c : QChar();
+        }
+        if (last != '/' && first != '/' && first != '!' && first != '?')
+            ++count;
+    }
+    return count;
+}
+
+// Whether the tree of the document can be built in bounded time and memory, judged without building
+// it. If the document has a fault and can't, the fault is reported.
+bool isSafeToBuild(const QString& text)
+{
+    const bool hasEntities = text.contains(QLatin1String("<!ENTITY"));
+    if ((hasEntities && text.size() > maxSizeWithEntities) ||
+        attributePairs(text) > maxAttributePairs)
+        return false;
     QXmlStreamReader reader(text);
     reader.setNamespaceProcessing(false); // as in the tree
     qint64 depth = 0;
     qint64 nodes = 0;
-    bool hasDtd = false;
     while (!reader.atEnd()) {
-        switch (reader.readNext()) {
-        case QXmlStreamReader::DTD:
-            hasDtd = true;
-            break;
-        case QXmlStreamReader::StartElement:
+        const QXmlStreamReader::TokenType token = reader.readNext();
+        if (token == QXmlStreamReader::StartElement)
             ++depth;
-            nodes += 1 + reader.attributes().size();
-            if (depth > maxDepth || nodes > maxNodes)
-                return false;
-            break;
-        case QXmlStreamReader::EndElement:
+        else if (token == QXmlStreamReader::EndElement)
             --depth;
-            break;
-        default:
-            break;
-        }
+        nodes += 1 + reader.attributes().size();
+        if (depth > maxDepth || nodes > maxNodes)
+            return false;
     }
     if (!reader.hasError())
         return true;
-    // The tree's parser finds its own faults and may go on where this one stops. The characters
-    // bound what it can meet, unless entities multiply them.
-    if (!hasDtd && !text.contains("<!DOCTYPE") && text.count('<') <= maxDepth &&
-        text.count('=') <= maxNodes)
+    // The tree's parser finds its own faults and may go on where this one stops. The rest bounds
+    // what it can meet, unless entities multiply it.
+    const QString rest = text.mid(static_cast<int>(reader.characterOffset()));
+    if (!hasEntities && depth + openingTags(rest) <= maxDepth &&
+        nodes + 2 * rest.count('<') + rest.count('=') <= maxNodes)
         return true;
     reportFault(reader.errorString(), reader.lineNumber(), reader.columnNumber());
     return false;
@@ -125,70 +166,94 @@ bool readKeyedColorTable(const QDomElement& table, palette_t* palette)
     return true;
 }
 
-void writeComponent(QXmlStreamWriter& writer, const QString& name, QRgb color, unsigned shift)
+// An attribute, its value in UTF-8 escaped as QDomDocument does it.
+QByteArray attribute(const char* name, const QByteArray& value)
 {
-    writer.writeAttribute(name, QString::number((color >> shift) & 0xFFU));
+    QByteArray text = QByteArray(" ") + name + "=\"";
+    for (const char c : value) {
+        switch (c) {
+        case '&':
+            text += "&amp;";
+            break;
+        case '<':
+            text += "&lt;";
+            break;
+        case '>':
+            text += text.endsWith("]]") ? "&gt;" : ">";
+            break;
+        case '"':
+            text += "&quot;";
+            break;
+        case '\t':
+            text += "&#x9;";
+            break;
+        case '\n':
+            text += "&#xa;";
+            break;
+        case '\r':
+            text += "&#xd;";
+            break;
+        default:
+            if (static_cast<unsigned char>(c) >= ' ') // XML has no other control characters
+                text += c;
+        }
+    }
+    return text + '"';
 }
 
-// A table's element; one without entries is written as an empty element.
-template <typename entries_t, typename writeEntry_t>
-void writeTable(QXmlStreamWriter& writer, const QString& tag, const char* depth,
-                const entries_t& entries, const writeEntry_t& writeEntry)
+QByteArray component(const char* name, QRgb color, unsigned shift)
 {
+    return attribute(name, QByteArray::number((color >> shift) & 0xFFU));
+}
+
+QByteArray colorTableEntry(QRgb color)
+{
+    // Deliberate: table entries are written with green and blue exchanged; keyed colours are not.
+    return component("r", color, 16) + component("g", color, 0) + component("b", color, 8);
+}
+
+QByteArray keyedColorTableEntry(const std::pair<const std::string, unsigned int>& entry)
+{
+    const QString key =
+        QString::fromLatin1(entry.first.data(), static_cast<int>(entry.first.size()));
+    const QRgb color = entry.second;
+    return attribute("key", key.toUtf8()) + component("r", color, 16) + component("g", color, 8) +
+           component("b", color, 0);
+}
+
+// A table's element. \p attributesOf gives the attributes of an entry.
+template <typename entries_t, typename attributesOf_t>
+QByteArray table(const char* tag, const char* depth, const char* entryTag, const entries_t& entries,
+                 const attributesOf_t& attributesOf)
+{
+    QByteArray text = QByteArray("  <") + tag + attribute("depth", depth);
     if (entries.empty())
-        writer.writeEmptyElement(tag);
-    else
-        writer.writeStartElement(tag);
-    writer.writeAttribute(QStringLiteral("depth"), QLatin1String(depth));
-    if (entries.empty())
-        return;
+        return text + "/>\n";
+    text += ">\n";
     for (const auto& entry : entries)
-        writeEntry(entry);
-    writer.writeEndElement();
+        text += QByteArray("    <") + entryTag + attributesOf(entry) + "/>\n";
+    return text + "  </" + tag + ">\n";
 }
 
-void writeColorTable(QXmlStreamWriter& writer, const char* depth,
-                     const std::vector<unsigned int>& colors)
+QByteArray colorTable(const char* depth, const std::vector<unsigned int>& colors)
 {
-    writeTable(writer, colorTableTag, depth, colors, [&writer](QRgb color) {
-        writer.writeEmptyElement(colorTag);
-        // Deliberate: table entries are written with green and blue exchanged; keyed colours are
-        // not.
-        writeComponent(writer, QStringLiteral("r"), color, 16);
-        writeComponent(writer, QStringLiteral("g"), color, 0);
-        writeComponent(writer, QStringLiteral("b"), color, 8);
-    });
+    return table("colorTable", depth, "color", colors, colorTableEntry);
 }
 
-void writeKeyedColorTable(QXmlStreamWriter& writer,
-                          const std::map<std::string, unsigned int>& colors)
+QByteArray keyedColorTable(const std::map<std::string, unsigned int>& colors)
 {
     // Deliberate: the keyed colours of either depth are written as those of 8 bits.
-    writeTable(writer, keyedColorTableTag, "8", colors, [&writer](const auto& entry) {
-        writer.writeEmptyElement(keyedColorTag);
-        writer.writeAttribute(
-            QStringLiteral("key"),
-            QString::fromLatin1(entry.first.data(), static_cast<int>(entry.first.size())));
-        writeComponent(writer, QStringLiteral("r"), entry.second, 16);
-        writeComponent(writer, QStringLiteral("g"), entry.second, 8);
-        writeComponent(writer, QStringLiteral("b"), entry.second, 0);
-    });
+    return table("keyedColorTable", "8", "keyedColor", colors, keyedColorTableEntry);
 }
 
+// The layout is that of QDomDocument with an indentation of 2, but attributes are always in the
+// same order, for which QDomDocument doesn't care.
 QByteArray written(const palette_t& palette)
 {
-    QByteArray text;
-    QXmlStreamWriter writer(&text);
-    writer.setAutoFormatting(true);
-    writer.setAutoFormattingIndent(2);
-    writer.writeStartElement(QStringLiteral("palette"));
-    writeColorTable(writer, "8", palette.colorTable(palette_t::DEPTH_8));
-    writeColorTable(writer, "24", palette.colorTable(palette_t::DEPTH_24));
-    writeKeyedColorTable(writer, palette.keyedColor(palette_t::DEPTH_8));
-    writeKeyedColorTable(writer, palette.keyedColor(palette_t::DEPTH_24));
-    writer.writeEndDocument();
-    // The writer puts every element on a line of its own by a line end before it.
-    return text.startsWith('\n') ? text.mid(1) : text;
+    return "<palette>\n" + colorTable("8", palette.colorTable(palette_t::DEPTH_8)) +
+           colorTable("24", palette.colorTable(palette_t::DEPTH_24)) +
+           keyedColorTable(palette.keyedColor(palette_t::DEPTH_8)) +
+           keyedColorTable(palette.keyedColor(palette_t::DEPTH_24)) + "</palette>\n";
 }
 
 } // namespace
@@ -198,7 +263,7 @@ bool xmlPaletteHandler_t::load(const std::string& fileName, palette_t* palette)
     QByteArray bytes;
     if (!readFile(fileName, bytes))
         return false;
-    const xmlText_t text = xmlText(bytes);
+    const QString text = xmlText(bytes);
     if (!isSafeToBuild(text))
         return false;
     QDomDocument document;
