@@ -33,6 +33,7 @@ function(zorbin_add_library name)
     target_include_directories(${name} PUBLIC
         "$<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/library>"
         "$<BUILD_INTERFACE:${CMAKE_CURRENT_SOURCE_DIR}>"
+        "$<BUILD_INTERFACE:${CMAKE_CURRENT_BINARY_DIR}>" # headers that are generated
         "$<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>"
         "$<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}/${name}>")
     install(TARGETS ${name} EXPORT ${name}Targets COMPONENT ${name})

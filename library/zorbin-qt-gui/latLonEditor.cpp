@@ -1,0 +1,324 @@
+#include "latLonEditor.h"
+
+#include <QComboBox>
+#include <QHBoxLayout>
+#include <QLineEdit>
+#include <QRegularExpressionValidator>
+#include <clocale>
+#include <cstdio>
+#include <zorbin/latLonParser.h>
+#include <zorbin/latLonPrinter.h>
+
+namespace zorbin_qt_gui {
+namespace {
+
+using printer_t = zorbin::latLonPrinter_t;
+
+// What a notation needs. All texts are Latin-1; the degree sign is the byte 0xB0.
+struct settingsEntry_t
+{
+    const char* latRegEx;
+    const char* lonRegEx;
+    const char* inputParser; // for sscanf
+    const char* latMask;
+    const char* lonMask;
+    unsigned precision; // decimals of the last field
+};
+
+// By notation. Deliberate: the points of the patterns match any character.
+constexpr settingsEntry_t entryTable[] = {
+    {"\\d\\d.\\d\\d\\d\\d\\d\\d\\d\\d\xB0", "\\d\\d\\d.\\d\\d\\d\\d\\d\\d\\d\\d\xB0", "%lf\xB0",
+     "99.99999999\xB0", "999.99999999\xB0", 8},
+    {"\\d\\d\xB0 \\d\\d.\\d\\d\\d\\d\\d\\d'", "\\d\\d\\d\xB0 \\d\\d.\\d\\d\\d\\d\\d\\d'",
+     "%d\xB0 %lf'", "99\xB0 99.999999'", "999\xB0 99.999999'", 6},
+    {"\\d\\d\xB0 \\d\\d' \\d\\d.\\d\\d\\d\\d\"", "\\d\\d\\d\xB0 \\d\\d' \\d\\d.\\d\\d\\d\\d\"",
+     "%d\xB0 %lf' %lf\"", "99\xB0 99' 99.9999\"", "999\xB0 99' 99.9999\"", 4}};
+
+constexpr const char* cfLabel[] = {"DD\xB0", "DD\xB0MM'", "DD\xB0MM'SS\""};
+
+QString fromBytes(const char* text)
+{
+    return QString::fromLatin1(text);
+}
+
+// While it lives, the C library reads numbers with a point and single-byte text on this thread,
+// whatever the user's language.
+class cLocale_t
+{
+public:
+    cLocale_t() : m_locale(newlocale(LC_ALL_MASK, "C", nullptr)), m_before(uselocale(m_locale)) {}
+    ~cLocale_t()
+    {
+        uselocale(m_before);
+        freelocale(m_locale);
+    }
+    cLocale_t(const cLocale_t&) = delete;
+    cLocale_t& operator=(const cLocale_t&) = delete;
+
+private:
+    const locale_t m_locale;
+    const locale_t m_before;
+};
+
+// Checks a text against the pattern, and what can be told of its fields against their limits.
+class coordValidator_t : public QRegularExpressionValidator
+{
+public:
+    coordValidator_t(latLonEditor_t::coordFormat_t format, QObject* parent, double maxDegrees,
+                     double tooManyDegrees)
+        : QRegularExpressionValidator(parent), m_format(format),
+          m_mask(entryTable[format].inputParser), m_maxDegrees(maxDegrees),
+          m_tooManyDegrees(tooManyDegrees)
+    {
+    }
+
+    State validate(QString& input, int& pos) const override
+    {
+        if (QRegularExpressionValidator::validate(input, pos) == Invalid)
+            return Invalid;
+        double degrees = 0.0;
+        double minutes = 0.0;
+        double seconds = 0.0;
+        readFields(input.toLatin1(), degrees, minutes, seconds);
+        if (seconds >= 60.0 || minutes >= 60.0 || degrees >= m_tooManyDegrees)
+            return Invalid;
+        // Deliberate: a second counts as a 360th of a degree here. It matters only at the limit,
+        // where the parser has the last word.
+        const double total = degrees + minutes / 60.0 + seconds / 360.0;
+        return degrees > m_maxDegrees || total > m_maxDegrees ? Intermediate : Acceptable;
+    }
+
+private:
+    // Fields that aren't typed yet stay as they are. Deliberate: so do the degrees wherever they
+    // are whole numbers, which therefore aren't checked.
+    void readFields(const QByteArray& text, double& degrees, double& minutes, double& seconds) const
+    {
+        const cLocale_t locale;
+        int wholeDegrees = 0;
+        switch (m_format) {
+        case latLonEditor_t::CF_D:
+            std::sscanf(text.constData(), m_mask, &degrees);
+            break;
+        case latLonEditor_t::CF_DM:
+            std::sscanf(text.constData(), m_mask, &wholeDegrees, &minutes);
+            break;
+        case latLonEditor_t::CF_DMS:
+            std::sscanf(text.constData(), m_mask, &wholeDegrees, &minutes, &seconds);
+            break;
+        }
+    }
+
+    const latLonEditor_t::coordFormat_t m_format;
+    const char* const m_mask;
+    const double m_maxDegrees;
+    const double m_tooManyDegrees;
+};
+
+class latValidator_t : public coordValidator_t
+{
+public:
+    latValidator_t(latLonEditor_t::coordFormat_t format, QObject* parent)
+        : coordValidator_t(format, parent, 90.0, 100.0)
+    {
+    }
+};
+
+class lonValidator_t : public coordValidator_t
+{
+public:
+    lonValidator_t(latLonEditor_t::coordFormat_t format, QObject* parent)
+        : coordValidator_t(format, parent, 180.0, 200.0)
+    {
+    }
+};
+
+QHBoxLayout* tightLayout(QWidget* widget)
+{
+    auto* const layout = new QHBoxLayout(widget);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(0);
+    return layout;
+}
+
+} // namespace
+
+struct latLonEditor_t::privateData_t
+{
+    privateData_t(latLonMode_t mode_, QWidget* editor)
+        : mode(mode_), lineEdit(new QLineEdit(editor)), hemiCB(new QComboBox(editor)),
+          formatSelector(new coordFormatSelector_t(editor))
+    {
+    }
+
+    bool isLatitude() const { return mode == LLM_LATITUDE; }
+
+    const latLonMode_t mode;
+    zorbin::latLonParser_t llParser;
+    zorbin::latLonPrinter_t llPrinter;
+    QLineEdit* const lineEdit;
+    QComboBox* const hemiCB;
+    coordFormatSelector_t* const formatSelector;
+    std::unique_ptr<QRegularExpressionValidator> validator;
+    bool isValid = true; // as reported last
+    coordFormat_t editorFormat = CF_D;
+};
+
+latLonEditor_t::latLonEditor_t(latLonMode_t mode, QWidget* parent)
+    : QWidget(parent), m_d(std::make_unique<privateData_t>(mode, this))
+{
+    auto* const layout = tightLayout(this);
+    layout->addWidget(m_d->lineEdit);
+    layout->addWidget(m_d->hemiCB);
+    layout->addWidget(m_d->formatSelector);
+    m_d->lineEdit->setSizePolicy(QSizePolicy::MinimumExpanding, QSizePolicy::Fixed);
+    m_d->lineEdit->setAlignment(Qt::AlignRight);
+    m_d->formatSelector->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+    m_d->formatSelector->hide();
+    m_d->hemiCB->setMinimumContentsLength(2);
+    m_d->hemiCB->addItems(m_d->isLatitude()
+                              ? QStringList{QStringLiteral("N"), QStringLiteral("S")}
+                              : QStringList{QStringLiteral("E"), QStringLiteral("W")});
+    initialize();
+    setValue(0.0);
+
+    // From here on changes are announced.
+    connect(m_d->lineEdit, &QLineEdit::textChanged, this, &latLonEditor_t::handleValueChanged);
+    connect(m_d->hemiCB, qOverload<int>(&QComboBox::currentIndexChanged), this,
+            &latLonEditor_t::handleValueChanged);
+    connect(m_d->formatSelector, &coordFormatSelector_t::selectionChanged, this,
+            &latLonEditor_t::setCoordinateFormat);
+}
+
+latLonEditor_t::~latLonEditor_t()
+{
+    m_d->lineEdit->setValidator(nullptr);
+}
+
+bool latLonEditor_t::value(double& v) const
+{
+    const std::string text =
+        (m_d->lineEdit->text() + m_d->hemiCB->currentText()).toLatin1().toStdString();
+    const int result = m_d->isLatitude() ? m_d->llParser.parseLatitude(text, v)
+                                         : m_d->llParser.parseLongitude(text, v);
+    return result != -1;
+}
+
+latLonEditor_t::coordFormat_t latLonEditor_t::selectedFormat() const
+{
+    return m_d->editorFormat;
+}
+
+void latLonEditor_t::connectFormatSelector(coordFormatSelector_t* other, bool bothWays)
+{
+    coordFormatSelector_t* const own = m_d->formatSelector;
+    connect(other, &coordFormatSelector_t::selectionChanged, own,
+            &coordFormatSelector_t::changeSelection, Qt::UniqueConnection);
+    if (bothWays)
+        connect(own, &coordFormatSelector_t::selectionChanged, other,
+                &coordFormatSelector_t::changeSelection, Qt::UniqueConnection);
+    else
+        disconnect(own, nullptr, other, nullptr);
+}
+
+void latLonEditor_t::setCoordinateFormat(latLonEditor_t::coordFormat_t format_)
+{
+    double v = 0.0;
+    if (format_ == m_d->editorFormat || !value(v))
+        return;
+    m_d->editorFormat = format_;
+    initialize();
+    setValue(v);
+}
+
+void latLonEditor_t::showFormatSelector(bool show_)
+{
+    m_d->formatSelector->setVisible(show_);
+}
+
+void latLonEditor_t::setValue(double value_)
+{
+    const std::string printed = m_d->isLatitude() ? m_d->llPrinter.printLatitude(value_)
+                                                  : m_d->llPrinter.printLongitude(value_);
+    const QString text = QString::fromLatin1(printed.data(), static_cast<int>(printed.size()));
+    m_d->hemiCB->setCurrentIndex(m_d->hemiCB->findData(
+        text.right(1), Qt::DisplayRole, Qt::MatchFixedString | Qt::MatchCaseSensitive));
+    m_d->lineEdit->setText(text.chopped(1));
+}
+
+void latLonEditor_t::handleValueChanged()
+{
+    double v = 0.0;
+    const bool isValid = value(v);
+    if (isValid != m_d->isValid) {
+        m_d->isValid = isValid;
+        Q_EMIT valueValidityChanged(isValid);
+    }
+    if (isValid)
+        Q_EMIT valueChanged(v);
+}
+
+void latLonEditor_t::handleFormatCBChanged(int index_)
+{
+    setCoordinateFormat(static_cast<coordFormat_t>(index_));
+}
+
+// Sets the field up for the notation.
+void latLonEditor_t::initialize()
+{
+    const settingsEntry_t& entry = entryTable[m_d->editorFormat];
+    m_d->lineEdit->setValidator(nullptr);
+    m_d->formatSelector->changeSelection(m_d->editorFormat);
+    m_d->llPrinter.coordFormat(static_cast<printer_t::coordFormat_t>(m_d->editorFormat));
+    m_d->llPrinter.hemisphereFormat(printer_t::HF_CHAR_SUFFIX);
+    m_d->llPrinter.separatorFormat(printer_t::SF_MARK_SPACE);
+    m_d->llPrinter.precision(entry.precision);
+    if (m_d->isLatitude())
+        m_d->validator = std::make_unique<latValidator_t>(m_d->editorFormat, nullptr);
+    else
+        m_d->validator = std::make_unique<lonValidator_t>(m_d->editorFormat, nullptr);
+    m_d->validator->setRegularExpression(
+        QRegularExpression(fromBytes(m_d->isLatitude() ? entry.latRegEx : entry.lonRegEx)));
+    m_d->lineEdit->setInputMask(fromBytes(m_d->isLatitude() ? entry.latMask : entry.lonMask));
+    m_d->lineEdit->setValidator(m_d->validator.get());
+}
+
+latitudeEditor_t::latitudeEditor_t(QWidget* parent) : latLonEditor_t(LLM_LATITUDE, parent)
+{
+}
+
+longitudeEditor_t::longitudeEditor_t(QWidget* parent) : latLonEditor_t(LLM_LONGITUDE, parent)
+{
+}
+
+struct coordFormatSelector_t::privateData_t
+{
+    QComboBox* comboBox;
+};
+
+coordFormatSelector_t::coordFormatSelector_t(QWidget* parent)
+    : QWidget(parent), m_d(new privateData_t{new QComboBox(this)})
+{
+    tightLayout(this)->addWidget(m_d->comboBox);
+    for (const char* const label : cfLabel)
+        m_d->comboBox->addItem(fromBytes(label));
+    m_d->comboBox->setCurrentIndex(latLonEditor_t::CF_DM);
+    connect(m_d->comboBox, qOverload<int>(&QComboBox::currentIndexChanged), this,
+            &coordFormatSelector_t::handleCurrentIndexChanged);
+}
+
+coordFormatSelector_t::~coordFormatSelector_t() = default;
+
+void coordFormatSelector_t::changeSelection(latLonEditor_t::coordFormat_t format_)
+{
+    if (format_ == m_d->comboBox->currentIndex())
+        return;
+    m_d->comboBox->setCurrentIndex(format_);
+    // Deliberate: announced a second time, after the combo box has done so.
+    Q_EMIT selectionChanged(format_);
+}
+
+void coordFormatSelector_t::handleCurrentIndexChanged(int index_)
+{
+    Q_EMIT selectionChanged(static_cast<latLonEditor_t::coordFormat_t>(index_));
+}
+} // namespace zorbin_qt_gui

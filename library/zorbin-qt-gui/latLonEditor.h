@@ -1,0 +1,121 @@
+#pragma once
+#include "zorbinQtGuiExport.h"
+
+#include <QWidget>
+#include <memory>
+
+namespace zorbin_qt_gui {
+class coordFormatSelector_t;
+
+/// An entry field for a latitude or a longitude in one of three notations: degrees, degrees and
+/// minutes, or degrees, minutes and seconds. The magnitude is typed over a mask, the hemisphere
+/// chosen beside it; a selector of the notation can be shown. Values are degrees, north and east
+/// positive.
+///
+/// Texts that are no coordinate are refused while they are typed or, where that shows only in the
+/// whole (91 degrees of latitude), reported as invalid. Applications make a latitudeEditor_t or a
+/// longitudeEditor_t. GUI thread only. \image html latLonEditors.png
+class ZORBIN_QT_GUI_EXPORT latLonEditor_t : public QWidget
+{
+    Q_OBJECT
+
+public:
+    /// Notations.
+    enum coordFormat_t
+    {
+        CF_D = 0,  ///< 12.50000000°
+        CF_DM = 1, ///< 12° 30.000000'
+        CF_DMS = 2 ///< 12° 30' 00.0000"
+    };
+
+    /// Kinds of coordinates.
+    enum latLonMode_t
+    {
+        LLM_LATITUDE = 0,
+        LLM_LONGITUDE = 1
+    };
+
+    /// Makes an editor in degrees that shows 0.
+    latLonEditor_t(latLonMode_t mode, QWidget* parent);
+    ~latLonEditor_t() override;
+
+    /// Reads what is shown into \p v. Returns false, leaving it alone, if that is no coordinate.
+    bool value(double& v) const;
+    /// The notation.
+    coordFormat_t selectedFormat() const;
+
+    /// Lets \p other, not owned, choose the notation, too; with \p bothWays it also follows what is
+    /// chosen here, otherwise it no longer does. One selector may drive several editors.
+    void connectFormatSelector(coordFormatSelector_t* other, bool bothWays);
+
+Q_SIGNALS:
+    /// What is shown is a coordinate and was set or typed, perhaps to the same value. While a
+    /// notation or a hemisphere is being changed intermediate values may come first.
+    void valueChanged(double value_);
+    /// What is shown has become a coordinate, or ceased to be one. Valid at first.
+    void valueValidityChanged(bool valid_);
+
+public Q_SLOTS:
+    /// Shows the value in another notation. What is no coordinate keeps its notation.
+    void setCoordinateFormat(latLonEditor_t::coordFormat_t format_);
+    /// Shows or hides the editor's own selector of the notation, hidden at first.
+    void showFormatSelector(bool show_);
+    /// Shows a value; one that isn't finite empties the field.
+    void setValue(double value_);
+
+private Q_SLOTS:
+    void handleValueChanged();
+    void handleFormatCBChanged(int index_);
+
+private:
+    void initialize();
+
+    struct privateData_t;
+    const std::unique_ptr<privateData_t> m_d;
+};
+
+/// An entry field for a latitude.
+class ZORBIN_QT_GUI_EXPORT latitudeEditor_t : public latLonEditor_t
+{
+    Q_OBJECT
+
+public:
+    explicit latitudeEditor_t(QWidget* parent = nullptr);
+};
+
+/// An entry field for a longitude.
+class ZORBIN_QT_GUI_EXPORT longitudeEditor_t : public latLonEditor_t
+{
+    Q_OBJECT
+
+public:
+    explicit longitudeEditor_t(QWidget* parent = nullptr);
+};
+
+/// A choice of the notation of latitude and longitude editors; see
+/// latLonEditor_t::connectFormatSelector().
+class ZORBIN_QT_GUI_EXPORT coordFormatSelector_t : public QWidget
+{
+    Q_OBJECT
+
+public:
+    /// Makes a selector that shows latLonEditor_t::CF_DM.
+    explicit coordFormatSelector_t(QWidget* parent = nullptr);
+    ~coordFormatSelector_t() override;
+
+Q_SIGNALS:
+    /// Another notation was chosen. Comes twice when changeSelection() chose it.
+    void selectionChanged(latLonEditor_t::coordFormat_t format_);
+
+public Q_SLOTS:
+    /// Chooses a notation.
+    void changeSelection(latLonEditor_t::coordFormat_t format_);
+
+private Q_SLOTS:
+    void handleCurrentIndexChanged(int index_);
+
+private:
+    struct privateData_t;
+    const std::unique_ptr<privateData_t> m_d;
+};
+} // namespace zorbin_qt_gui

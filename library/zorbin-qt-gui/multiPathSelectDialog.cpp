@@ -1,0 +1,213 @@
+#include "multiPathSelectDialog.h"
+
+#include "ui_multiPathSelectDialog.h"
+
+#include <QFileDialog>
+#include <QItemSelectionModel>
+#include <QScopedValueRollback>
+#include <QStringListModel>
+#include <algorithm>
+
+namespace zorbin_qt_gui {
+
+struct multiPathSelectDialog_t::private_t
+{
+    private_t(const QStringList& nameFilters, QObject* dialog)
+        : filters(nameFilters), candidatesModel(new QStringListModel(dialog)),
+          selectedModel(new QStringListModel(dialog))
+    {
+    }
+
+    QString absolutePath(const QString& name) const
+    {
+        return currentDir.absolutePath() + QLatin1Char('/') + name;
+    }
+
+    Ui_multiPathSelectDialog ui;
+    QDir currentDir; // whose entries are offered
+    const QStringList filters;
+    QStringListModel* const candidatesModel; // names
+    QStringListModel* const selectedModel;   // absolute paths
+    QString fileDialogCaption;
+    QDir::Filters fdFilters;
+    bool isChangingDirectory = false; // what the combo box says meanwhile is known
+};
+
+multiPathSelectDialog_t::multiPathSelectDialog_t(const QStringList& nameFilters, QWidget* parent)
+    : QDialog(parent), m_d(std::make_unique<private_t>(nameFilters, this))
+{
+    Ui_multiPathSelectDialog& ui = m_d->ui;
+    ui.setupUi(this);
+    ui.candidatesListView->setModel(m_d->candidatesModel);
+    ui.selectedListView->setModel(m_d->selectedModel);
+    connect(ui.browseButton, &QAbstractButton::clicked, this,
+            &multiPathSelectDialog_t::browseClicked);
+    connect(ui.addButton, &QAbstractButton::clicked, this, &multiPathSelectDialog_t::addClicked);
+    connect(ui.addAllButton, &QAbstractButton::clicked, this,
+            &multiPathSelectDialog_t::addAllClicked);
+    connect(ui.deleteButton, &QAbstractButton::clicked, this,
+            &multiPathSelectDialog_t::deleteClicked);
+    connect(ui.deleteAllButton, &QAbstractButton::clicked, this,
+            &multiPathSelectDialog_t::deleteAllClicked);
+    connect(
+        ui.directoryComboBox, qOverload<int>(&QComboBox::currentIndexChanged), this,
+        [this](int index) { handleDirectoryChange(m_d->ui.directoryComboBox->itemText(index)); });
+    for (const QListView* const view : {ui.candidatesListView, ui.selectedListView})
+        connect(view->selectionModel(), &QItemSelectionModel::selectionChanged, this,
+                &multiPathSelectDialog_t::updateButtons);
+    updateButtons();
+    handleDirectoryChange(m_d->currentDir.absolutePath());
+}
+
+multiPathSelectDialog_t::~multiPathSelectDialog_t() = default;
+
+QStringList multiPathSelectDialog_t::selected() const
+{
+    return m_d->selectedModel->stringList();
+}
+
+unsigned int multiPathSelectDialog_t::numSelected() const
+{
+    return static_cast<unsigned>(m_d->selectedModel->rowCount());
+}
+
+void multiPathSelectDialog_t::setSelected(const QStringList& paths)
+{
+    if (paths.isEmpty())
+        return;
+    m_d->selectedModel->setStringList(paths);
+    updateButtons();
+}
+
+void multiPathSelectDialog_t::setDirectory(const QString& path)
+{
+    handleDirectoryChange(path);
+}
+
+QString multiPathSelectDialog_t::fileDialogCaption() const
+{
+    return m_d->fileDialogCaption;
+}
+
+void multiPathSelectDialog_t::setFileDialogCaption(const QString& caption)
+{
+    m_d->fileDialogCaption = caption;
+}
+
+QDir::Filters multiPathSelectDialog_t::fdFilters() const
+{
+    return m_d->fdFilters;
+}
+
+void multiPathSelectDialog_t::setFdFilters(QDir::Filters filters)
+{
+    m_d->fdFilters = filters;
+}
+
+Ui_multiPathSelectDialog* multiPathSelectDialog_t::ui()
+{
+    return &m_d->ui;
+}
+
+void multiPathSelectDialog_t::browseClicked()
+{
+    handleDirectoryChange(QFileDialog::getExistingDirectory(
+        this, m_d->fileDialogCaption, m_d->ui.directoryComboBox->currentText()));
+}
+
+void multiPathSelectDialog_t::addClicked()
+{
+    QStringList paths;
+    const QModelIndexList rows = m_d->ui.candidatesListView->selectionModel()->selectedRows();
+    for (const QModelIndex& row : rows)
+        paths.append(m_d->absolutePath(row.data().toString()));
+    addToSelected(paths);
+}
+
+void multiPathSelectDialog_t::addAllClicked()
+{
+    QStringList paths;
+    const QStringList names = m_d->candidatesModel->stringList();
+    for (const QString& name : names)
+        paths.append(m_d->absolutePath(name));
+    addToSelected(paths);
+}
+
+void multiPathSelectDialog_t::deleteClicked()
+{
+    // From the last row on, so that those to come keep their numbers.
+    QItemSelection ranges = m_d->ui.selectedListView->selectionModel()->selection();
+    std::sort(ranges.begin(), ranges.end(),
+              [](const auto& a, const auto& b) { return a.top() > b.top(); });
+    for (const QItemSelectionRange& range : qAsConst(ranges))
+        m_d->selectedModel->removeRows(range.top(), range.height());
+    updateButtons();
+}
+
+void multiPathSelectDialog_t::deleteAllClicked()
+{
+    m_d->selectedModel->setStringList({});
+    updateButtons();
+}
+
+void multiPathSelectDialog_t::handleDirectoryChange(const QString& path_)
+{
+    if (path_.isEmpty() || m_d->isChangingDirectory)
+        return;
+    const QScopedValueRollback<bool> change(m_d->isChangingDirectory, true);
+    QComboBox* const history = m_d->ui.directoryComboBox;
+    int index = history->findText(path_, Qt::MatchExactly | Qt::MatchCaseSensitive);
+    if (index == -1) {
+        index = history->count();
+        history->addItem(path_);
+    }
+    history->setCurrentIndex(index);
+    getCandidatesList();
+    updateButtons();
+}
+
+void multiPathSelectDialog_t::updateButtons()
+{
+    const Ui_multiPathSelectDialog& ui = m_d->ui;
+    ui.addButton->setEnabled(ui.candidatesListView->selectionModel()->hasSelection());
+    ui.addAllButton->setEnabled(m_d->candidatesModel->rowCount() > 0);
+    ui.deleteButton->setEnabled(ui.selectedListView->selectionModel()->hasSelection());
+    ui.deleteAllButton->setEnabled(m_d->selectedModel->rowCount() > 0);
+}
+
+void multiPathSelectDialog_t::getCandidatesList()
+{
+    m_d->currentDir = QDir(m_d->ui.directoryComboBox->currentText());
+    m_d->candidatesModel->setStringList(
+        m_d->currentDir.entryList(m_d->filters, m_d->fdFilters, QDir::NoSort));
+}
+
+void multiPathSelectDialog_t::addToSelected(const QStringList& paths)
+{
+    QStringList all = m_d->selectedModel->stringList() + paths;
+    all.removeDuplicates();
+    all.sort();
+    m_d->selectedModel->setStringList(all);
+    updateButtons();
+}
+
+mfsDialog_t::mfsDialog_t(const QStringList& nameFilters, QWidget* parent)
+    : multiPathSelectDialog_t(nameFilters, parent)
+{
+    setWindowTitle(tr("Select Files"));
+    setFileDialogCaption(tr("Select Files From"));
+    setFdFilters(QDir::Files | QDir::NoSymLinks);
+    ui()->candidateLabel->setText(tr("Files"));
+    ui()->selectedLabel->setText(tr("Selected Files"));
+}
+
+mdsDialog_t::mdsDialog_t(const QStringList& nameFilters, QWidget* parent)
+    : multiPathSelectDialog_t(nameFilters, parent)
+{
+    setWindowTitle(tr("Select Directories"));
+    setFileDialogCaption(tr("Select Directories From"));
+    setFdFilters(QDir::Dirs | QDir::NoSymLinks | QDir::NoDotAndDotDot);
+    ui()->candidateLabel->setText(tr("Directories"));
+    ui()->selectedLabel->setText(tr("Selected Directories"));
+}
+} // namespace zorbin_qt_gui

@@ -1,0 +1,91 @@
+#pragma once
+#include "zorbinQtGuiExport.h"
+
+#include <QDialog>
+#include <QDir>
+#include <QStringList>
+#include <memory>
+
+class Ui_multiPathSelectDialog;
+
+namespace zorbin_qt_gui {
+
+/// A dialog in which the user goes to directories and collects entries of them in a list of paths.
+/// Run it with exec() and read selected() once it was accepted; an empty list can be accepted, too.
+/// Applications take one for files (mfsDialog_t) or for directories (mdsDialog_t). GUI thread only.
+/// \image html multiPathSelectDialog.png
+class ZORBIN_QT_GUI_EXPORT multiPathSelectDialog_t : public QDialog
+{
+    Q_OBJECT
+
+public:
+    /// Makes a dialog in the current directory of the process that offers the entries whose names
+    /// match one of \p nameFilters, wildcards; all of them if there are none.
+    explicit multiPathSelectDialog_t(const QStringList& nameFilters, QWidget* parent = nullptr);
+    ~multiPathSelectDialog_t() override;
+
+    /// The paths chosen, absolute; sorted and each once, unless setSelected() has set them since.
+    QStringList selected() const;
+    /// How many paths are chosen.
+    unsigned int numSelected() const;
+    /// Chooses these paths, in this order, instead of those that were. An empty list is ignored.
+    void setSelected(const QStringList& paths);
+
+    /// Goes to a directory. An empty path is ignored, one that can't be read offers nothing.
+    void setDirectory(const QString& path);
+
+    /// The caption of the dialog that browses for a directory.
+    QString fileDialogCaption() const;
+    /// Sets it; empty at first.
+    void setFileDialogCaption(const QString& caption);
+
+    /// Which kinds of entries are offered.
+    QDir::Filters fdFilters() const;
+    /// Sets it, from the next change of the directory on; no filter at first.
+    void setFdFilters(QDir::Filters filters);
+
+    /// The widgets of the dialog (ui_multiPathSelectDialog.h); owned by the dialog.
+    Ui_multiPathSelectDialog* ui();
+
+public Q_SLOTS:
+    /// Asks the user for a directory and goes there.
+    void browseClicked();
+    /// Adds the selected entries of the directory to the paths chosen.
+    void addClicked();
+    /// Adds all entries.
+    void addAllClicked();
+    /// Removes the selected ones of the paths chosen.
+    void deleteClicked();
+    /// Removes all of them.
+    void deleteAllClicked();
+    /// Goes to a directory and keeps it among those to choose from. An empty path is ignored.
+    void handleDirectoryChange(const QString& path_);
+    /// Enables the buttons that have something to act on.
+    void updateButtons();
+
+private:
+    void getCandidatesList();
+    void addToSelected(const QStringList& paths);
+
+    struct private_t;
+    const std::unique_ptr<private_t> m_d;
+};
+
+/// A dialog that collects files, without symbolic links.
+class ZORBIN_QT_GUI_EXPORT mfsDialog_t : public multiPathSelectDialog_t
+{
+    Q_OBJECT
+
+public:
+    explicit mfsDialog_t(const QStringList& nameFilters, QWidget* parent = nullptr);
+};
+
+/// A dialog that collects directories, without symbolic links.
+class ZORBIN_QT_GUI_EXPORT mdsDialog_t : public multiPathSelectDialog_t
+{
+    Q_OBJECT
+
+public:
+    explicit mdsDialog_t(const QStringList& nameFilters, QWidget* parent = nullptr);
+};
+} // namespace zorbin_qt_gui
