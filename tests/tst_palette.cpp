@@ -25,7 +25,7 @@ static_assert(palette_t::SP_BATHY == 0 && palette_t::SP_IMAGERY == 1 &&
 static const table_t t1 = {0xFF000001, 0x80000002};
 static const table_t t2 = {0xFF000003};
 
-// What can't be told from the enumeration's type.
+// A number that the enumeration can hold but doesn't name.
 static palette_t::colorDepth_t noDepth(int value)
 {
     return static_cast<palette_t::colorDepth_t>(value);

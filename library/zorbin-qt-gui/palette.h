@@ -19,15 +19,15 @@ namespace zorbin_qt_gui {
 class ZORBIN_QT_GUI_EXPORT palette_t
 {
 public:
-    /// Which displays a table is meant for.
-    enum colorDepth_t
+    /// Which displays a table is meant for. Of type int, so that any other number is well-defined.
+    enum colorDepth_t : int
     {
         DEPTH_8 = 0, ///< fewer than 24 bits per pixel
         DEPTH_24 = 1 ///< 24 bits per pixel or more
     };
 
     /// The palettes installed with the library, by file name.
-    enum standardPalette_t
+    enum standardPalette_t : int
     {
         SP_BATHY = 0,      ///< "bathy.wp"
         SP_IMAGERY = 1,    ///< "imagery.wp"
