@@ -1,5 +1,6 @@
 #include "waterfallModel.h"
 
+#include <algorithm>
 #include <limits>
 
 namespace zorbin_qt_gui {
