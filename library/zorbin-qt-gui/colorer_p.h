@@ -4,6 +4,16 @@
 #include <algorithm>
 #include <cstdint>
 
+/// Before a function: compiles it for AVX2, too, and takes that where the processor has it.
+#if defined(__x86_64__) && defined(__GLIBC__) && defined(__has_attribute)
+#if __has_attribute(target_clones)
+#define ZORBIN_ALSO_FOR_AVX2 __attribute__((target_clones("avx2", "default")))
+#endif
+#endif
+#ifndef ZORBIN_ALSO_FOR_AVX2
+#define ZORBIN_ALSO_FOR_AVX2
+#endif
+
 namespace zorbin_qt_gui {
 
 struct colorer_t::privateData_t

@@ -10,12 +10,30 @@ namespace zorbin_qt_gui {
 struct cycleColorer_t::privateData_t
 {
     float interval = 0.0F;
-
-    double position(float value) const
-    {
-        return std::abs(static_cast<double>(value) / static_cast<double>(interval));
-    }
 };
+
+static double position(float value, float interval)
+{
+    return std::abs(static_cast<double>(value) / static_cast<double>(interval));
+}
+
+// The remainder without an integer division: all numbers are whole and below 2^53, so only the
+// quotient is inexact. Rounded to the nearest turn it leaves half a turn to either side.
+ZORBIN_ALSO_FOR_AVX2
+static void computeIndices(const float* values, std::int32_t* indices, unsigned count,
+                           float interval, double entries)
+{
+    const double perEntry = 1.0 / entries;
+    for (unsigned i = 0; i < count; ++i) {
+        double x = position(values[i], interval);
+        x = x < firstBeyondInt ? x : firstBeyondInt; // NaN, too
+        double band = rounded(x);
+        band -= band > x ? 1.0 : 0.0;
+        double entry = band - rounded(band * perEntry) * entries;
+        entry += entry < 0.0 ? entries : 0.0;
+        indices[i] = static_cast<std::int32_t>(entry);
+    }
+}
 
 cycleColorer_t::cycleColorer_t() : m_d(std::make_unique<privateData_t>())
 {
@@ -34,7 +52,7 @@ QRgb cycleColorer_t::color(float value) const
     if (table.empty())
         return 0;
     // Deliberate: the least integer, which stands for what doesn't fit, counts as 2^31.
-    const auto band = static_cast<unsigned>(truncatedOrLeast(m_d->position(value)));
+    const auto band = static_cast<unsigned>(truncatedOrLeast(position(value, m_d->interval)));
     return table[band % table.size()];
 }
 
@@ -50,24 +68,11 @@ void cycleColorer_t::colors(const float* values, QRgb* colors, unsigned count) c
         std::fill_n(colors, count, 0U);
         return;
     }
-    // The remainder without an integer division: all numbers are whole and below 2^53, so only the
-    // quotient is inexact, by less than one.
+    const float interval = m_d->interval;
     const auto entries = static_cast<double>(table.size());
-    const double perEntry = 1.0 / entries;
-    const double beyond = std::fmod(firstBeyondInt, entries);
-    const privateData_t cycle = *m_d;
     lookUp(table, values, colors, count,
-           [=](const float* samples, std::int32_t* indices, unsigned n) {
-               for (unsigned i = 0; i < n; ++i) {
-                   const double x = cycle.position(samples[i]);
-                   const bool fits = x < firstBeyondInt; // NaN doesn't
-                   const double band = static_cast<std::int32_t>(fits ? x : 0.0);
-                   const double turns = static_cast<std::int32_t>(band * perEntry);
-                   double entry = band - turns * entries;
-                   entry += entry < 0.0 ? entries : 0.0;
-                   entry -= entry >= entries ? entries : 0.0;
-                   indices[i] = static_cast<std::int32_t>(fits ? entry : beyond);
-               }
+           [interval, entries](const float* samples, std::int32_t* indices, unsigned n) {
+               computeIndices(samples, indices, n, interval, entries);
            });
 }
 } // namespace zorbin_qt_gui

@@ -1,4 +1,6 @@
 #pragma once
+#include <cfloat>
+#include <cmath>
 #include <limits>
 
 // How doubles become integers here. Each rule is defined for every double, NaN included; a bare
@@ -35,6 +37,17 @@ inline int truncatedOrLeast(double x)
     if (x >= -firstBeyondInt && x < firstBeyondInt)
         return static_cast<int>(x);
     return std::numeric_limits<int>::min();
+}
+
+/// Rounds a number from 0 to 2^51 to the nearest whole one, halves to the even one.
+inline double rounded(double x)
+{
+#if FLT_EVAL_METHOD == 0
+    constexpr double unit = 4503599627370496.0; // 2^52, from which on doubles have no fraction
+    return (x + unit) - unit; // unlike the function below no call, so that loops can be vectorised
+#else
+    return std::nearbyint(x);
+#endif
 }
 
 } // namespace zorbin_qt_gui
