@@ -5,6 +5,7 @@
 
 using zorbin_qt_gui::truncated;
 using zorbin_qt_gui::truncatedOrLeast;
+using zorbin_qt_gui::truncatedToUnsigned;
 
 class tst_numbers : public QObject
 {
@@ -15,6 +16,8 @@ private Q_SLOTS:
     void truncatesTowardZeroAndSaturates();
     void truncatesTowardZeroOrGivesTheLeast_data();
     void truncatesTowardZeroOrGivesTheLeast();
+    void truncatesToUnsignedAndSaturates_data();
+    void truncatesToUnsignedAndSaturates();
 };
 
 void tst_numbers::truncatesTowardZeroAndSaturates_data()
@@ -77,6 +80,35 @@ void tst_numbers::truncatesTowardZeroOrGivesTheLeast()
 {
     QFETCH(double, x);
     QTEST(truncatedOrLeast(x), "wanted");
+}
+
+void tst_numbers::truncatesToUnsignedAndSaturates_data()
+{
+    constexpr double infinity = std::numeric_limits<double>::infinity();
+    constexpr unsigned unsignedMax = 4294967295u;
+    QTest::addColumn<double>("x");
+    QTest::addColumn<unsigned>("wanted");
+    QTest::newRow("zero") << 0.0 << 0u;
+    QTest::newRow("minus zero") << -0.0 << 0u;
+    QTest::newRow("just below one") << 0.9999999 << 0u;
+    QTest::newRow("a fraction") << 3.7 << 3u;
+    QTest::newRow("just below zero") << -1e-300 << 0u;
+    QTest::newRow("negative") << -3.7 << 0u;
+    QTest::newRow("beyond the greatest int") << 2147483648.5 << 2147483648u;
+    QTest::newRow("greatest") << 4294967295.0 << unsignedMax;
+    QTest::newRow("greatest and a fraction") << 4294967295.5 << unsignedMax;
+    QTest::newRow("one beyond the greatest") << 4294967296.0 << unsignedMax;
+    QTest::newRow("huge") << 1e300 << unsignedMax;
+    QTest::newRow("minus huge") << -1e300 << 0u;
+    QTest::newRow("infinity") << infinity << unsignedMax;
+    QTest::newRow("minus infinity") << -infinity << 0u;
+    QTest::newRow("NaN") << std::numeric_limits<double>::quiet_NaN() << 0u;
+}
+
+void tst_numbers::truncatesToUnsignedAndSaturates()
+{
+    QFETCH(double, x);
+    QTEST(truncatedToUnsigned(x), "wanted");
 }
 
 QTEST_APPLESS_MAIN(tst_numbers)
