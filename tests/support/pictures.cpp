@@ -24,6 +24,8 @@ QImage shown(QWidget& window)
 QImage blank(const QWidget& widget)
 {
     QImage picture(widget.size(), QImage::Format_RGB32);
+    picture.setDotsPerMeterX(qRound(widget.logicalDpiX() / 0.0254));
+    picture.setDotsPerMeterY(qRound(widget.logicalDpiY() / 0.0254));
     picture.fill(widget.palette().color(QPalette::Window));
     return picture;
 }

@@ -11,7 +11,8 @@ QImage snapshot(QWidget& widget);
 /// partial painting so far. Processes pending events first. Format_RGB32.
 QImage shown(QWidget& window);
 
-/// A picture of the size of \p widget in its palette's QPalette::Window colour. Format_RGB32.
+/// A picture of the size of \p widget in its palette's QPalette::Window colour, on which texts come
+/// out as large as on the widget. Format_RGB32.
 QImage blank(const QWidget& widget);
 
 /// Names the first pixel, row by row, in which the pictures differ, and saves both beside the
