@@ -4,6 +4,7 @@
 
 #include <QPainter>
 #include <cmath>
+#include <optional>
 
 namespace zorbin_qt_gui {
 
@@ -171,7 +172,7 @@ void slidingGauge_t::paintEvent(QPaintEvent* event)
     const QRect contents = frameRect().adjusted(frame, frame, -frame, -frame);
     QPainter painter(this);
     QRect bar;
-    QLine line;
+    std::optional<QLine> line;
     if (m_d->orientation == Qt::Horizontal) {
         const double scale = contents.width() / range();
         const int sp = frame + nearestPixel((m_d->sp - m_d->min) * scale);
@@ -188,9 +189,9 @@ void slidingGauge_t::paintEvent(QPaintEvent* event)
         line = QLine(contents.left(), sp, contents.right() + 1, sp);
     }
     painter.fillRect(bar, m_d->fillColor);
-    if (!line.isNull()) {
+    if (line) {
         painter.setPen(m_d->lineColor);
-        painter.drawLine(line);
+        painter.drawLine(*line);
     }
     painter.setPen(palette().color(QPalette::WindowText));
     if (m_d->showValue)
