@@ -66,10 +66,17 @@ private:
     std::unordered_map<std::string, entry_t> m_entries;
 };
 
-// A length or position for Qt: what is beyond the greatest widget is outside anyway.
+// A position for Qt: what is beyond the greatest widget is outside anyway.
 int paintable(unsigned pixels)
 {
     return static_cast<int>(std::min(pixels, static_cast<unsigned>(QWIDGETSIZE_MAX)));
+}
+
+// A length across the axis for Qt. Two of them and a label still make a window that a display
+// server takes.
+int paintableLength(unsigned pixels)
+{
+    return static_cast<int>(std::min(pixels, 15000U));
 }
 
 // Which multiples of an interval are ticks.
@@ -78,10 +85,13 @@ struct grid_t
     double interval;
     double startTick;
     double endTick;
-    int direction;  // 1 where values increase along the axis, else -1
-    unsigned count; // of ticks
+    int direction; // 1 where values increase along the axis, else -1
+    qint64 count;  // of ticks
 
-    double value(unsigned i) const { return i * interval * direction + startTick; }
+    double value(qint64 i) const
+    {
+        return static_cast<double>(i) * interval * direction + startTick;
+    }
 };
 
 } // namespace
@@ -112,7 +122,6 @@ struct ruler_t::rulerWidgetPriv_t
     double pxScale = 1.0; // pixels per unit, with the sign of range
     double scalar = 1.0;
     fit_t majorFit;
-    fit_t minorFit;
     std::vector<tick_t> solution; // major and minor ticks by position
     bool highlightRange = false;
     double highlightStart = 0.0;
@@ -134,7 +143,7 @@ struct ruler_t::rulerWidgetPriv_t
     }
     // The value at pixel 0.
     double base() const { return isHorizontal() ? start : isVertical() ? end : 0.0; }
-    int labelSpace() const { return paintable(spacing) + paintable(majorLength); }
+    int labelSpace() const { return paintableLength(spacing) + paintableLength(majorLength); }
 
     void updateScale() { pxScale = range == 0.0 ? 1.0 : pixels / range; }
 
@@ -158,10 +167,24 @@ struct ruler_t::rulerWidgetPriv_t
         const double startTick = interval_ * first;
         const double endTick = last * interval_;
         const double steps = std::ceil(std::abs(endTick - startTick) / interval_);
-        if (!(steps < 2.0 * pixels)) // NaN, too
+        if (!(steps < 1e18)) // NaN, too
             return std::nullopt;
         return grid_t{interval_, startTick, endTick, isRising ? 1 : -1,
-                      static_cast<unsigned>(steps) + 1};
+                      static_cast<qint64>(steps) + 1};
+    }
+
+    // How many pixels ticks spread over: more or less than the axis has, until the scale follows a
+    // change of the edge.
+    double spread() const { return std::max<double>(pixels, std::abs(range * pxScale)); }
+
+    // The multiples of an interval, unless there are more than two a pixel. Those at the ends may
+    // come on top.
+    std::optional<grid_t> sparseGrid(double interval_) const
+    {
+        const std::optional<grid_t> ticks = grid(interval_);
+        if (!ticks || static_cast<double>(ticks->count) > 2.0 * spread() + 2.0)
+            return std::nullopt;
+        return ticks;
     }
 
     unsigned position(double value) const
@@ -169,19 +192,21 @@ struct ruler_t::rulerWidgetPriv_t
         return truncatedToUnsigned(std::abs(value - start) * std::abs(pxScale));
     }
 
-    template <typename labelOf_t>
-    void layOut(double interval_, fit_t& fit, const labelOf_t& labelOf) const
+    // Adds ticks without labels to the solution. However dense they are, every pixel that has one
+    // gets one: ticks are only left out where hundreds share a pixel.
+    void addTicks(tick_t::type_t type, double interval_)
     {
-        fit = fit_t();
         const std::optional<grid_t> ticks = grid(interval_);
         if (!ticks)
             return;
-        fit.startTick = ticks->startTick;
-        fit.endTick = ticks->endTick;
-        fit.ticks.reserve(ticks->count);
-        for (unsigned i = 0; i < ticks->count; ++i) {
-            const double value = ticks->value(i);
-            fit.ticks.push_back({tick_t::TICK_MINOR, position(value), labelOf(value)});
+        constexpr double maxPerPixel = 200.0;
+        const double density = static_cast<double>(ticks->count) / std::max(spread(), 1.0);
+        const auto stride = static_cast<qint64>(density / maxPerPixel) + 1;
+        const qint64 last = ticks->count - 1;
+        for (qint64 i = 0;; i = std::min(i + stride, last)) {
+            solution.push_back({type, position(ticks->value(i)), std::string()});
+            if (i == last)
+                break;
         }
     }
 
@@ -198,7 +223,7 @@ struct ruler_t::rulerWidgetPriv_t
     // labels are made one by one and no more than needed. Counts them.
     bool labelFit(const ruler_t& ruler, double interval_, unsigned& labelsTried)
     {
-        const std::optional<grid_t> ticks = grid(interval_);
+        const std::optional<grid_t> ticks = sparseGrid(interval_);
         if (!ticks)
             return false;
         fit_t fit;
@@ -206,7 +231,7 @@ struct ruler_t::rulerWidgetPriv_t
         fit.endTick = ticks->endTick;
         labelSizes.useFont(ruler.fontMetrics());
         double edge = -2147483647.0; // of the label before
-        for (unsigned i = 0; i < ticks->count; ++i) {
+        for (qint64 i = 0; i < ticks->count; ++i) {
             ++labelsTried;
             const double value = ticks->value(i);
             const unsigned pos = position(value);
@@ -332,7 +357,7 @@ struct ruler_t::rulerWidgetPriv_t
     {
         const unsigned length = tick.type == tick_t::TICK_MAJOR ? majorLength : minorLength;
         if (length != 0)
-            paintAcross(painter, size, alongWidget(size, tick), paintable(length));
+            paintAcross(painter, size, alongWidget(size, tick), paintableLength(length));
     }
 
     // A label that would leave the widget is left out.
@@ -646,7 +671,17 @@ void ruler_t::step(int n)
 
 void ruler_t::calculateFit(double interval, fit_t& fit)
 {
-    m_d->layOut(interval, fit, [this](double value) { return textFromValue(value); });
+    fit = fit_t();
+    const std::optional<grid_t> ticks = m_d->sparseGrid(interval);
+    if (!ticks)
+        return;
+    fit.startTick = ticks->startTick;
+    fit.endTick = ticks->endTick;
+    fit.ticks.reserve(static_cast<std::size_t>(ticks->count));
+    for (qint64 i = 0; i < ticks->count; ++i) {
+        const double value = ticks->value(i);
+        fit.ticks.push_back({tick_t::TICK_MINOR, m_d->position(value), textFromValue(value)});
+    }
 }
 
 bool ruler_t::labelFit(double interval)
@@ -658,26 +693,23 @@ bool ruler_t::labelFit(double interval)
 void ruler_t::calculateTickPlacement()
 {
     m_d->majorFit.ticks.clear();
-    m_d->minorFit.ticks.clear();
     m_d->solution.clear();
     const auto choice = m_d->search(*this);
     if (!choice)
         return;
     m_d->interval = choice->entry->interval;
     const double major = m_d->interval * m_d->scalar;
-    // Deliberate: labels that fit stay as they were tried, with the decimals of the interval that
-    // the search before this one chose. Nobody sees the labels of minor ticks, so none are made.
-    const auto noLabel = [](double /*value*/) { return std::string(); };
-    if (!choice->labelsFit)
-        m_d->layOut(major, m_d->majorFit, noLabel);
-    for (tick_t& tick : m_d->majorFit.ticks)
-        tick.type = tick_t::TICK_MAJOR;
-    m_d->solution = m_d->majorFit.ticks;
-    if (m_d->showMinor) {
-        m_d->layOut(major / choice->entry->numMinor, m_d->minorFit, noLabel);
-        m_d->solution.insert(m_d->solution.end(), m_d->minorFit.ticks.begin(),
-                             m_d->minorFit.ticks.end());
+    if (choice->labelsFit) {
+        // Deliberate: the labels stay as they were tried, with the decimals of the table interval
+        // that the search before this one chose, at the power of the base that was being tried.
+        m_d->solution = m_d->majorFit.ticks;
+        for (tick_t& tick : m_d->solution)
+            tick.type = tick_t::TICK_MAJOR;
+    } else {
+        m_d->addTicks(tick_t::TICK_MAJOR, major);
     }
+    if (m_d->showMinor) // nobody would see their labels
+        m_d->addTicks(tick_t::TICK_MINOR, major / choice->entry->numMinor);
     std::sort(m_d->solution.begin(), m_d->solution.end());
 }
 

@@ -24,8 +24,8 @@ class ZORBIN_QT_GUI_EXPORT ruler_t : public QWidget
     Q_OBJECT
 
 public:
-    /// The edge of the plot that the ruler sits on.
-    enum location_t
+    /// The edge of the plot that the ruler sits on. Any other number is no edge: nothing is drawn.
+    enum location_t : int
     {
         TOP = 0,
         BOTTOM = 1,
@@ -136,12 +136,12 @@ public:
     /// Computes the ticks for the present range, size and font; painting calls it when needed.
     void calculateTickPlacement();
     /// Lays ticks at the multiples of \p interval, a value, from the first one inside the range on,
-    /// all with labels and TICK_MINOR. If no multiple is inside the range, the two around it come
-    /// back. More ticks than twice the pixels, and an interval that isn't positive and finite,
-    /// leave \p fit empty.
+    /// all with labels and TICK_MINOR. If no multiple is inside the range, two outside come back.
+    /// Ticks for more than two a pixel aren't made: \p fit is left empty then, and for an interval
+    /// that isn't positive and finite.
     void calculateFit(double interval, fit_t& fit);
-    /// Whether labels at the multiples of \p interval, a value, can be drawn without overlap. If so
-    /// they become the major ticks.
+    /// Whether labels at the multiples of \p interval, a value, can be drawn without overlap. Not
+    /// so where calculateFit() makes no ticks.
     bool labelFit(double interval);
 
     /// Room for ticks across the axis; grows to the labels' when they are painted.
