@@ -27,8 +27,9 @@ public:
     ~baseWaterfallRenderer_t() override;
 
     /// Writes the line of item \p index of \p model to \p pixels, \p context->numPixels of them as
-    /// 0xRRGGBB; they hold the view's background colour before. \p index, taken as an int, is from
-    /// model->begin() up to, but without, model->end(). Must not change the model or the view.
+    /// 0xRRGGBB (alpha has no effect); those left alone keep the view's background colour. \p
+    /// index, taken as an int, is from model->begin() up to, but without, model->end(). Must not
+    /// change the model or the view.
     virtual void render(const context_t* context, QRgb* pixels, baseWaterfallModel_t* model,
                         unsigned int index) = 0;
 

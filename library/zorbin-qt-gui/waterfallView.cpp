@@ -9,10 +9,28 @@
 #include <QPainter>
 #include <QPointer>
 #include <algorithm>
+#include <cstdlib>
 #include <limits>
 #include <vector>
 
 namespace zorbin_qt_gui {
+namespace {
+
+// The nearest int.
+int clamped(qint64 index)
+{
+    constexpr qint64 least = std::numeric_limits<int>::min();
+    constexpr qint64 greatest = std::numeric_limits<int>::max();
+    return static_cast<int>(std::min(std::max(index, least), greatest));
+}
+
+// Qt takes the alpha of an image without alpha as it finds it, into a translucent window, too.
+QRgb opaque(QRgb color)
+{
+    return color | 0xFF000000U;
+}
+
+} // namespace
 
 // The lines of all visible items are rows of the ring, in either orientation: item i is in row
 // -i modulo the number of rows. It stays there while it ages, and rows follow each other, with one
@@ -156,7 +174,7 @@ double baseWaterfallView_t::endBound() const
 
 int baseWaterfallView_t::position() const
 {
-    return static_cast<int>(m_d->endIndex - 1);
+    return clamped(m_d->endIndex - 1);
 }
 
 const Qt::Orientation& baseWaterfallView_t::orientation() const
@@ -173,13 +191,12 @@ void baseWaterfallView_t::orientation(Qt::Orientation o)
 
 bool baseWaterfallView_t::mapToItem(const QPoint& p, int& index, double& coord) const
 {
-    constexpr int none = std::numeric_limits<int>::min();
-    index = none;
+    index = std::numeric_limits<int>::min();
     if (!rect().contains(p))
         return false;
     const int alongData = m_d->isVertical() ? p.x() : p.y();
     const int back = m_d->isVertical() ? p.y() : m_d->maxItems - 1 - p.x();
-    index = static_cast<int>(std::max<qint64>(m_d->endIndex - 1 - back, none));
+    index = clamped(m_d->endIndex - 1 - back);
     coord = m_d->begBound + (m_d->endBound - m_d->begBound) / m_d->numDataPixels * alongData;
     return true;
 }
@@ -227,9 +244,9 @@ void baseWaterfallView_t::addItem()
 {
     if (m_d->model == nullptr)
         return;
-    const int newest = m_d->model->end() - 1;
+    const qint64 newest = static_cast<qint64>(m_d->model->end()) - 1;
     if (m_d->endIndex == newest)
-        position(newest);
+        position(static_cast<int>(newest));
     else
         changeItem(newest);
 }
@@ -267,8 +284,8 @@ void baseWaterfallView_t::regen(qint64 last, qint64 count)
             m_d->renderer->render(&context, line->data(), m_d->model, static_cast<unsigned>(index));
         if (m_d->renderPixel != line)
             return;
-        std::copy(line->begin(), line->end(),
-                  reinterpret_cast<QRgb*>(m_d->ring.scanLine(m_d->row(index))));
+        std::transform(line->begin(), line->end(),
+                       reinterpret_cast<QRgb*>(m_d->ring.scanLine(m_d->row(index))), opaque);
     }
 }
 
