@@ -65,6 +65,7 @@ QList<int> patternRenderer_t::takeIndices()
 plainWaterfall_t::plainWaterfall_t()
 {
     setAttribute(Qt::WA_OpaquePaintEvent);
+    setMouseTracking(true);
     handleSizeChange();
 }
 
