@@ -6,10 +6,10 @@
 namespace zorbin {
 
 /// Reads latitudes and longitudes as latLonPrinter_t prints them, in any of its formats: up to
-/// three fields (degrees, minutes, seconds), each with its mark or a blank behind it, decimals in
-/// the last one, and either a sign before them or the hemisphere's letter behind them. Texts are
-/// Latin-1, their degree sign is the byte 0xB0. Blanks may stand anywhere between these. Doesn't
-/// depend on the locale.
+/// three fields (degrees, minutes, seconds), with its mark or a blank between one and the next,
+/// decimals in the last one, and a sign before them, the hemisphere's letter behind them, or
+/// neither. Texts are Latin-1, their degree sign is the byte 0xB0. Blanks may stand anywhere
+/// between these. Doesn't depend on the locale.
 class ZORBIN_EXPORT latLonParser_t
 {
 public:

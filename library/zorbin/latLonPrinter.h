@@ -8,8 +8,8 @@ namespace zorbin {
 /// Prints a latitude or a longitude in degrees, degrees and minutes, or degrees, minutes and
 /// seconds. Texts are Latin-1, their degree sign is the byte 0xB0; they don't depend on the locale.
 ///
-/// Degrees have at least two digits for a latitude and three for a longitude, minutes and seconds
-/// two. Values are rounded to the nearest last place, and carried: there are never 60 minutes or
+/// Degrees have two digits for a latitude and three for a longitude, minutes and seconds two.
+/// Values are rounded to the nearest last place, and carried: there are never 60 minutes or
 /// seconds. What rounds to zero is printed as positive, north or east.
 class ZORBIN_EXPORT latLonPrinter_t
 {
@@ -48,10 +48,11 @@ public:
     /// degree, 13 of a minute or 11 of a second are printed.
     void precision(unsigned int decimals);
 
-    /// Prints a latitude in degrees, north positive. One that isn't finite gives no digits, but its
-    /// hemisphere.
+    /// Prints a latitude in degrees, north positive. One whose degrees don't fit into two digits,
+    /// or that is no number, gives no digits, only a plus or a hemisphere: an empty field is no
+    /// wrong position.
     std::string printLatitude(double value) const;
-    /// Prints a longitude in degrees, east positive, likewise.
+    /// Prints a longitude in degrees, east positive, likewise with three digits.
     std::string printLongitude(double value) const;
 
 private:
