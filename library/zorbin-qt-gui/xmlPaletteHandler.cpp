@@ -19,10 +19,10 @@ constexpr qint64 maxNodes = 1000000; // at most some 800 bytes each in the tree
 constexpr qint64 maxSizeWithEntities = 16 * 1024; // parsers expand each to 4096 characters at most
 constexpr double maxAttributePairs = 1e7; // parsers compare their names, in a fraction of a second
 
-constexpr QLatin1String colorTableTag("colorTable");
-constexpr QLatin1String colorTag("color");
-constexpr QLatin1String keyedColorTableTag("keyedColorTable");
-constexpr QLatin1String keyedColorTag("keyedColor");
+const QLatin1String colorTableTag("colorTable");
+const QLatin1String colorTag("color");
+const QLatin1String keyedColorTableTag("keyedColorTable");
+const QLatin1String keyedColorTag("keyedColor");
 
 void reportFault(const QString& text, qint64 line, qint64 column)
 {
