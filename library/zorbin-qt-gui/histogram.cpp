@@ -4,6 +4,7 @@
 #include "qtCompat_p.h"
 
 #include <QLine>
+#include <QPaintEngine>
 #include <QPaintEvent>
 #include <QPainter>
 #include <QVector>
@@ -23,6 +24,68 @@ constexpr unsigned maxBins = 1U << 24U;
 int column(double x, int width)
 {
     return truncated(std::min(std::max(x, -1.0), static_cast<double>(width)));
+}
+
+// Whether a line of width 1 between pixels covers just these pixels, as a rectangle does: not so
+// with several device pixels to a pixel, where a line lies on their edge.
+bool drawsPixelByPixel(const QPainter& painter)
+{
+    const QTransform& transform = painter.deviceTransform();
+    return painter.paintEngine()->type() == QPaintEngine::Raster &&
+           transform.type() <= QTransform::TxTranslate &&
+           transform.dx() == std::floor(transform.dx()) &&
+           transform.dy() == std::floor(transform.dy());
+}
+
+// The pixels of the bars, given from left to right, as rectangles that are as wide as can be; there
+// are at most as many as bars. Painting a wide one takes the time of a few narrow ones.
+QVector<QRect> areaOf(const QVector<QLine>& bars)
+{
+    struct step_t
+    {
+        int left;
+        int top;
+    };
+    QVector<QRect> area;
+    std::vector<step_t> rising; // each above the one before, all still open to the right
+    int end = 0;                // of the bars so far
+    int floor = 0;              // one below the bars' lowest pixel
+    const auto closeAbove = [&](int top) {
+        int left = end;
+        while (!rising.empty() && rising.back().top < top) {
+            left = rising.back().left;
+            const int from = rising.back().top;
+            rising.pop_back();
+            const int to = rising.empty() ? top : std::min(top, rising.back().top);
+            area.append(QRect(left, from, end - left, to - from));
+        }
+        return left;
+    };
+    for (const QLine& bar : bars) {
+        if (bar.x1() != end) {
+            closeAbove(floor);
+            end = bar.x1();
+        }
+        floor = bar.y1() + 1;
+        const int left = closeAbove(bar.y2());
+        if (rising.empty() || rising.back().top > bar.y2())
+            rising.push_back({left, bar.y2()});
+        end = bar.x1() + 1;
+    }
+    closeAbove(floor);
+    return area;
+}
+
+void drawBars(QPainter& painter, const QVector<QLine>& bars, const QColor& color)
+{
+    if (drawsPixelByPixel(painter)) {
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(color);
+        painter.drawRects(areaOf(bars));
+    } else {
+        painter.setPen(color);
+        painter.drawLines(bars);
+    }
 }
 
 } // namespace
@@ -78,30 +141,40 @@ struct histogramPrivate_t
     }
 
     // Counts the samples that aren't counted yet. Bins are computed in blocks, which the compiler
-    // vectorises, and counted in several tables by turns, so that a run of equal samples doesn't
-    // wait for its own sum.
+    // vectorises, and counted in four tables by turns, so that a run of equal samples doesn't wait
+    // for its own sum.
     void count()
     {
         if (m_numBins == 0)
             return;
         constexpr std::size_t blockSize = 1024;
-        constexpr std::size_t tables = 4;
-        constexpr unsigned manyBins = 1U << 14U; // several tables of them would miss the cache
-        const std::size_t stride = m_numBins < manyBins ? m_numBins + 1U : 0;
-        const std::size_t tablesUsed = stride == 0 ? 1 : tables;
-        m_tables.assign(tablesUsed * (m_numBins + 1U),
-                        0); // the bin behind the last is for the rest
+        constexpr unsigned manyBins = 1U << 14U; // four tables of them would miss the cache
+        const std::size_t tableSize =
+            m_numBins + std::size_t(1); // the last is for what isn't counted
+        const std::size_t tables = m_numBins < manyBins ? 4 : 1;
+        m_tables.assign(tables * tableSize, 0);
+        unsigned* const table0 = m_tables.data();
+        unsigned* const table1 = table0 + 1 % tables * tableSize;
+        unsigned* const table2 = table0 + 2 % tables * tableSize;
+        unsigned* const table3 = table0 + 3 % tables * tableSize;
         std::int32_t bins[blockSize];
         while (numCounted < m_value.size()) {
             const std::size_t n = std::min(blockSize, m_value.size() - numCounted);
             binsOf(m_value.data() + numCounted, bins, n);
-            for (std::size_t i = 0; i < n; ++i)
-                ++m_tables[i % tables * stride + static_cast<std::size_t>(bins[i])];
+            std::size_t i = 0;
+            for (; i + 4 <= n; i += 4) {
+                ++table0[bins[i]];
+                ++table1[bins[i + 1]];
+                ++table2[bins[i + 2]];
+                ++table3[bins[i + 3]];
+            }
+            for (; i < n; ++i)
+                ++table0[bins[i]];
             numCounted += n;
         }
-        for (std::size_t bin = 0; bin < m_numBins; ++bin) {
-            for (std::size_t table = 0; table < tablesUsed; ++table)
-                m_binCount[bin] += m_tables[table * stride + bin];
+        for (std::size_t table = 0; table < tables; ++table) {
+            for (std::size_t bin = 0; bin < m_numBins; ++bin)
+                m_binCount[bin] += m_tables[table * tableSize + bin];
         }
         m_maxBinCount = *std::max_element(m_binCount.begin(), m_binCount.end());
     }
@@ -249,9 +322,7 @@ void histogram_t::paintEvent(QPaintEvent* event)
         painter.fillRect(QRect(QPoint(first, 0), QPoint(last, bottom)),
                          palette().color(QPalette::Highlight));
     }
-    painter.setPen(palette().color(QPalette::Text));
-    painter.drawLines(m_d->m_lineN);
-    painter.setPen(palette().color(QPalette::HighlightedText));
-    painter.drawLines(m_d->m_lineH);
+    drawBars(painter, m_d->m_lineN, palette().color(QPalette::Text));
+    drawBars(painter, m_d->m_lineH, palette().color(QPalette::HighlightedText));
 }
 } // namespace zorbin_qt_gui

@@ -28,13 +28,14 @@ public:
     /// Adds \p count samples. Those outside the range aren't counted; NaN counts in the first bin.
     void addData(unsigned int count, const float* values);
 
-    /// Sets the range, both ends included. It is a fatal error unless \p min is below \p max.
+    /// Sets the range, both ends included. \p min from \p max on is a fatal error; with a NaN
+    /// nothing is drawn.
     void range(float min, float max);
     /// Sets the width of a bin; the last one may reach beyond the range. A size of 0 is a fatal
     /// error, a negative one gives no bars. Replaces numBins().
     void binSize(double size);
-    /// Sets the number of bins that the range is divided into. None is a fatal error. Replaces
-    /// binSize().
+    /// Sets the number of bins that the range is divided into, at most 2^24 (more are taken as that
+    /// many). None is a fatal error. Replaces binSize().
     void numBins(unsigned int n);
 
     /// 50 x 50.
