@@ -2,6 +2,7 @@
 // that makes and measures every label, and ranges that have no ticks. Needs no display: without one
 // it runs on Qt's offscreen platform.
 #include <QApplication>
+#include <QWindow>
 #include <benchmark/benchmark.h>
 #include <cmath>
 #include <cstdint>
@@ -60,12 +61,15 @@ public:
     }
 };
 
+// Waits until the window is on screen: before that nothing is painted.
 template <typename ruler_type>
 void show(ruler_type& ruler)
 {
     ruler.resize(1000, 40);
     ruler.show();
-    QCoreApplication::processEvents();
+    do
+        QCoreApplication::processEvents(QEventLoop::AllEvents);
+    while (!ruler.windowHandle()->isExposed() || ruler.paints == 0);
     ruler.paints = 0;
 }
 
