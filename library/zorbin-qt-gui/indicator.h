@@ -12,8 +12,8 @@ struct indicatorPrivate_t;
 
 /// A round lamp, lit or unlit, in the palette's QPalette::Highlight colour or one of its own. It
 /// may blink while it is on, in step with all blinking lamps of the process: lit for 500 ms, dark
-/// for 500 ms. An unlit or disabled lamp is a disc in the colour QPalette::Window. GUI thread only.
-/// \image html indicators.png
+/// for 500 ms. An unlit or disabled lamp is a disc in the colour QPalette::Window. The outline is
+/// in the colour QPalette::WindowText. GUI thread only. \image html indicators.png
 class ZORBIN_QT_GUI_EXPORT indicator_t : public QWidget
 {
     Q_OBJECT
@@ -35,9 +35,10 @@ public:
     QSize minimumSizeHint() const override;
 
 public Q_SLOTS:
-    /// Lights the lamp in \p color_ from now on instead of the palette's colour.
+    /// Lights the lamp in \p color_ from now on, black if that is invalid. There is no way back to
+    /// the palette's colour.
     void setColor(QColor color_);
-    /// Switches the lamp.
+    /// Switches the lamp, which is on at first.
     void setOn(bool on_);
 
 protected:
