@@ -27,8 +27,8 @@ alarmLabel_t::alarmLabel_t(QWidget* parent)
     setIndent(2);
     if (alarmLabelData_t::alarmTimer != nullptr)
         return;
-    // Deliberate: waits for the next whole second, so that labels flash in step with the clock,
-    // also those of other programs.
+    // Deliberate: waits for the next whole second, so that the flashes begin in step with the wall
+    // clock.
     const double now = zorbin::gettimestamp();
     const double nextSecond = std::floor(now) + 1.0;
     zorbinport::usleep(static_cast<unsigned>((nextSecond - now) * 1000000.0));

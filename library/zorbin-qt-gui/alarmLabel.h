@@ -7,8 +7,9 @@
 namespace zorbin_qt_gui {
 
 /// A label whose colours flash during an alarm: every 500 ms it changes between its plain look and
-/// a rounded box in the flash colours. All labels of the process flash on the same ticks, of which
-/// every other one is on a whole second of the wall clock.
+/// a rounded box in the flash colours. All labels of the process change on the same ticks, of a
+/// clock that is started on a whole second of the wall clock; one whose alarm begins while others
+/// show the flash shows its own when they don't.
 ///
 /// Making the first label of a process therefore blocks for up to a second; later ones don't. The
 /// flash uses the label's style sheet: do not set one of your own. GUI thread only.
