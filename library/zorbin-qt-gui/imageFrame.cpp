@@ -49,10 +49,10 @@ int imageFrame_t::heightForWidth(int w) const
 {
     if (m_d->m_origPixmap.isNull())
         return -1;
-    const int frame = 2 * frameWidth();
+    const double frame = 2.0 * frameWidth();
     const double aspect =
         static_cast<double>(m_d->m_origPixmap.height()) / m_d->m_origPixmap.width();
-    return truncated(std::ceil((w - frame) * aspect)) + frame;
+    return truncated(std::ceil((w - frame) * aspect) + frame);
 }
 
 void imageFrame_t::paintEvent(QPaintEvent* event)

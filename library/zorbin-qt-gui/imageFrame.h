@@ -23,12 +23,12 @@ public:
     void setPixmap(const QPixmap& pixmap);
     /// The picture as set, unscaled; owned by the frame and valid as long as the frame.
     const QPixmap* pixmap() const;
-    /// Scales the picture to the frame's present contents. Done with every new picture and every
-    /// resize; call it after a change of the frame's width.
+    /// Scales the picture to the frame's present contents. Done with every new picture, every
+    /// resize and every change of the frame's width.
     void scalePixmap();
 
     /// The height at which a frame of the width \p w shows the picture without room above or beside
-    /// it; -1 without a picture.
+    /// it, at most the greatest int; -1 without a picture.
     int heightForWidth(int w) const override;
 
 protected:
