@@ -5,9 +5,13 @@
 #include "palette.h"
 #include "paletteChooser.h"
 #include "pictures.h"
+#include "speedPanel.h"
 #include "stripChart.h"
 #include "texts.h"
 #include "theme.h"
+#include "timeAxis.h"
+#include "timeRuler.h"
+#include "valueRuler.h"
 
 #include <QColorDialog>
 #include <QComboBox>
@@ -23,6 +27,7 @@
 #include <QSlider>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QToolButton>
 #include <QWheelEvent>
 #include <cmath>
 #include <limits>
@@ -102,6 +107,13 @@ struct console_t
 
     chartPanel_t* panel(panel_t index) { return window.chartPanels().at(index); }
     stripChart_t* chart(panel_t index) { return panel(index)->chart(); }
+    valueRuler_t* ruler(panel_t index) { return panel(index)->valueRuler(); }
+    // The time ruler of a column.
+    timeRuler_t* timeRuler(const char* axis) { return find<timeAxis_t>(axis)->ruler(); }
+    QToolButton* autoscaleButton(panel_t index)
+    {
+        return panel(index)->findChild<QToolButton*>("autoscaleButton");
+    }
     QLabel* label(panel_t index, const char* name)
     {
         return panel(index)->findChild<QLabel*>(name);
@@ -210,7 +222,15 @@ private Q_SLOTS:
     void saysWhatIsNotRecorded();
     void depthGrowsDownwards();
     void headingDoesNotJumpAtNorth();
-    void boundsStandBesideTheChart();
+    void rulersShowTheBounds();
+    void followingTheDataIsNotChoosingAScale();
+    void rulersAlignWithTheirCharts_data();
+    void rulersAlignWithTheirCharts();
+    void rulersPointAtThePointer();
+    void dragOnTheRulerChoosesTheScale();
+    void clickOnTheRulerCentresTheScale();
+    void doubleClickOnTheRulerShowsTwiceAsMuch();
+    void goesBackToFollowingTheDataByTheButton();
     void readsOutThePointer();
     void drawsAGapFaded();
     void looksTheSameAfterSeekingBack();
@@ -481,7 +501,8 @@ void tst_surveyConsole::saysWhatIsNotRecorded()
     QVERIFY(!console.panel(PANEL_HEADING)->findChild<QLabel*>("missingLabel"));
     for (const panel_t panel : {PANEL_SPEED, PANEL_COURSE, PANEL_ATTITUDE, PANEL_HEAVE}) {
         QCOMPARE(console.text(panel, "missingLabel"), QStringLiteral("not recorded"));
-        QCOMPARE(console.text(panel, "topLabel"), QString());
+        QVERIFY(!console.autoscaleButton(panel));
+        QCOMPARE(console.ruler(panel)->end(), console.ruler(panel)->start()); // no ticks
     }
 }
 
@@ -490,10 +511,10 @@ void tst_surveyConsole::depthGrowsDownwards()
     console_t console;
     QVERIFY(console.isReady());
     console.clock()->seek(START + 200.0);
-    QVERIFY(console.text(PANEL_DEPTH, "topLabel").toDouble() < 100.0);
-    QVERIFY(console.text(PANEL_DEPTH, "topLabel").toDouble() > 80.0);
-    QVERIFY(console.text(PANEL_DEPTH, "bottomLabel").toDouble() > 120.0);
-    QVERIFY(console.text(PANEL_DEPTH, "bottomLabel").toDouble() < 140.0);
+    const double top = console.ruler(PANEL_DEPTH)->end();
+    const double bottom = console.ruler(PANEL_DEPTH)->start();
+    QVERIFY2(-top < 100.0 && -top > 80.0, qPrintable(QString::number(-top)));
+    QVERIFY2(-bottom > 120.0 && -bottom < 140.0, qPrintable(QString::number(-bottom)));
 }
 
 void tst_surveyConsole::headingDoesNotJumpAtNorth()
@@ -504,24 +525,166 @@ void tst_surveyConsole::headingDoesNotJumpAtNorth()
     const double range = console.chart(PANEL_HEADING)->maxValueBound() -
                          console.chart(PANEL_HEADING)->minValueBound();
     QVERIFY2(range > 10.0 && range < 20.0, qPrintable(QString::number(range)));
-    QVERIFY(console.text(PANEL_HEADING, "bottomLabel").toDouble() > 350.0);
-    QVERIFY(console.text(PANEL_HEADING, "topLabel").toDouble() < 10.0);
+    valueRuler_t* ruler = console.ruler(PANEL_HEADING);
+    QVERIFY(std::stod(ruler->textFromValue(ruler->start())) > 350.0);
+    QVERIFY(std::stod(ruler->textFromValue(ruler->end())) < 10.0);
 }
 
-void tst_surveyConsole::boundsStandBesideTheChart()
+void tst_surveyConsole::rulersShowTheBounds()
 {
     console_t console;
     QVERIFY(console.isReady());
     console.clock()->seek(START + 400.0);
-    QCOMPARE(console.text(PANEL_DEPTH, "leftLabel"), QStringLiteral("00:01:40"));
-    QCOMPARE(console.text(PANEL_DEPTH, "rightLabel"), QStringLiteral("00:06:40"));
-    QCOMPARE(console.text(PANEL_DEPTH, "topLabel"),
-             valueText(-console.chart(PANEL_DEPTH)->maxValueBound(), 1));
-    QCOMPARE(console.text(PANEL_DEPTH, "bottomLabel"),
-             valueText(-console.chart(PANEL_DEPTH)->minValueBound(), 1));
-    console.chart(PANEL_DEPTH)->valueBounds(-250.0, -50.0);
-    QCOMPARE(console.text(PANEL_DEPTH, "topLabel"), QStringLiteral("50.0"));
-    QCOMPARE(console.text(PANEL_DEPTH, "bottomLabel"), QStringLiteral("250.0"));
+    for (const char* axis : {"timeAxis0", "timeAxis1"}) {
+        QCOMPARE(console.timeRuler(axis)->start(), START + 100.0);
+        QCOMPARE(console.timeRuler(axis)->end(), START + 400.0);
+    }
+    stripChart_t* chart = console.chart(PANEL_DEPTH);
+    QCOMPARE(console.ruler(PANEL_DEPTH)->start(), chart->minValueBound());
+    QCOMPARE(console.ruler(PANEL_DEPTH)->end(), chart->maxValueBound());
+    chart->valueBounds(-250.0, -50.0);
+    QCOMPARE(console.ruler(PANEL_DEPTH)->start(), -250.0);
+    QCOMPARE(console.ruler(PANEL_DEPTH)->end(), -50.0);
+}
+
+void tst_surveyConsole::followingTheDataIsNotChoosingAScale()
+{
+    console_t console;
+    QVERIFY(console.isReady());
+    console.clock()->setRunning(true);
+    for (int i = 0; i < 10; ++i) {
+        console.pass(30.0);
+        QVERIFY(console.chart(PANEL_DEPTH)->autoscaleValue());
+        QCOMPARE(console.ruler(PANEL_DEPTH)->end(), console.chart(PANEL_DEPTH)->maxValueBound());
+    }
+}
+
+void tst_surveyConsole::rulersAlignWithTheirCharts_data()
+{
+    QTest::addColumn<QSize>("size");
+    QTest::newRow("small") << QSize(1280, 800);
+    QTest::newRow("large") << QSize(1907, 1013);
+}
+
+void tst_surveyConsole::rulersAlignWithTheirCharts()
+{
+    QFETCH(QSize, size);
+    console_t console;
+    QVERIFY(console.isReady());
+    console.window.resize(size);
+    QTRY_COMPARE(console.window.size(), size);
+    QCoreApplication::processEvents();
+    const auto placeOf = [&](const QWidget* widget) {
+        return QRect(widget->mapTo(&console.window, QPoint()), widget->size());
+    };
+    for (const panel_t panel :
+         {PANEL_DEPTH, PANEL_HEADING, PANEL_SPEED, PANEL_COURSE, PANEL_ATTITUDE, PANEL_HEAVE}) {
+        const QRect area = placeOf(console.area(panel));
+        const QRect values = placeOf(console.ruler(panel));
+        QCOMPARE(values.top(), area.top());
+        QCOMPARE(values.bottom(), area.bottom());
+        QCOMPARE(values.right() + 1, area.left());
+        const QRect times = placeOf(console.timeRuler(panel % 2 == 0 ? "timeAxis0" : "timeAxis1"));
+        QCOMPARE(times.left(), area.left());
+        QCOMPARE(times.right(), area.right());
+        QVERIFY(times.top() > area.bottom());
+    }
+}
+
+void tst_surveyConsole::rulersPointAtThePointer()
+{
+    console_t console;
+    QVERIFY(console.isReady());
+    console.clock()->seek(START + 400.0);
+    console.chart(PANEL_DEPTH)->valueBounds(-200.0, 0.0);
+    const QImage values = snapshot(*console.ruler(PANEL_DEPTH));
+    const QImage times = snapshot(*console.timeRuler("timeAxis0"));
+    const QImage otherTimes = snapshot(*console.timeRuler("timeAxis1"));
+    QWidget* area = console.area(PANEL_DEPTH);
+    const QPoint pointer(area->width() / 4, area->height() / 2);
+    QTest::mouseMove(area, pointer);
+    QTRY_VERIFY(console.ruler(PANEL_DEPTH)->indicator() != 0.0);
+    QCOMPARE(console.ruler(PANEL_DEPTH)->valueToPixel(console.ruler(PANEL_DEPTH)->indicator()),
+             pointer.y());
+    timeRuler_t* timeRuler = console.timeRuler("timeAxis0");
+    // A time of day to 1e-7 s, taken to a pixel and back.
+    QVERIFY(std::abs(timeRuler->valueToPixel(timeRuler->indicator()) - pointer.x()) <= 1);
+    QVERIFY(snapshot(*console.ruler(PANEL_DEPTH)) != values);
+    QVERIFY(snapshot(*timeRuler) != times);
+    QCOMPARE(firstDifference(snapshot(*console.timeRuler("timeAxis1")), otherTimes), QString());
+
+    QTest::mouseMove(console.find<QLabel>("timeLabel"));
+    QTRY_COMPARE(console.text(PANEL_DEPTH, "pointerLabel"), QString());
+    QCOMPARE(firstDifference(snapshot(*console.ruler(PANEL_DEPTH)), values), QString());
+    QCOMPARE(firstDifference(snapshot(*timeRuler), times), QString());
+}
+
+void tst_surveyConsole::dragOnTheRulerChoosesTheScale()
+{
+    console_t console;
+    QVERIFY(console.isReady());
+    console.clock()->seek(START + 400.0);
+    valueRuler_t* ruler = console.ruler(PANEL_DEPTH);
+    stripChart_t* chart = console.chart(PANEL_DEPTH);
+    const double bottom = ruler->pixelToValue(ruler->height() * 3 / 4);
+    const double top = ruler->pixelToValue(ruler->height() / 4);
+    QTest::mousePress(ruler, Qt::LeftButton, Qt::KeyboardModifiers(),
+                      QPoint(5, ruler->height() / 4));
+    QTest::mouseRelease(ruler, Qt::LeftButton, Qt::KeyboardModifiers(),
+                        QPoint(5, ruler->height() * 3 / 4));
+    QCOMPARE(chart->minValueBound(), bottom);
+    QCOMPARE(chart->maxValueBound(), top);
+    QVERIFY(!chart->autoscaleValue());
+    QVERIFY(!console.autoscaleButton(PANEL_DEPTH)->isChecked());
+    console.clock()->seek(START + 600.0);
+    QCOMPARE(chart->maxValueBound(), top);
+    QCOMPARE(ruler->end(), top);
+    QVERIFY(console.chart(PANEL_HEADING)->autoscaleValue());
+}
+
+void tst_surveyConsole::clickOnTheRulerCentresTheScale()
+{
+    console_t console;
+    QVERIFY(console.isReady());
+    console.chart(PANEL_HEADING)->valueBounds(-10.0, 10.0);
+    valueRuler_t* ruler = console.ruler(PANEL_HEADING);
+    const double center = ruler->pixelToValue(20);
+    QTest::mouseClick(ruler, Qt::LeftButton, Qt::KeyboardModifiers(), QPoint(5, 20));
+    QCOMPARE(console.chart(PANEL_HEADING)->minValueBound(), center - 10.0);
+    QCOMPARE(console.chart(PANEL_HEADING)->maxValueBound(), center + 10.0);
+}
+
+void tst_surveyConsole::doubleClickOnTheRulerShowsTwiceAsMuch()
+{
+    console_t console;
+    QVERIFY(console.isReady());
+    stripChart_t* chart = console.chart(PANEL_HEADING);
+    chart->valueBounds(-10.0, 10.0);
+    valueRuler_t* ruler = console.ruler(PANEL_HEADING);
+    QTest::mouseDClick(ruler, Qt::LeftButton, Qt::KeyboardModifiers(),
+                       QPoint(5, ruler->height() / 2));
+    QCOMPARE(chart->maxValueBound() - chart->minValueBound(), 40.0);
+}
+
+void tst_surveyConsole::goesBackToFollowingTheDataByTheButton()
+{
+    console_t console;
+    QVERIFY(console.isReady());
+    console.clock()->seek(START + 400.0);
+    stripChart_t* chart = console.chart(PANEL_DEPTH);
+    QToolButton* button = console.autoscaleButton(PANEL_DEPTH);
+    const double top = chart->maxValueBound();
+    QVERIFY(button->isChecked());
+    chart->valueBounds(-250.0, -50.0);
+    QVERIFY(!button->isChecked());
+    QTest::mouseClick(button, Qt::LeftButton);
+    QVERIFY(button->isChecked());
+    QVERIFY(chart->autoscaleValue());
+    QCOMPARE(chart->maxValueBound(), top);
+    QCOMPARE(console.ruler(PANEL_DEPTH)->end(), top);
+    QTest::mouseClick(button, Qt::LeftButton);
+    QVERIFY(!chart->autoscaleValue());
+    QCOMPARE(chart->maxValueBound(), top); // held
 }
 
 void tst_surveyConsole::readsOutThePointer()

@@ -7,10 +7,12 @@
 #include "stripChartCurve.h"
 #include "texts.h"
 #include "theme.h"
+#include "valueRuler.h"
 
 #include <QEvent>
 #include <QGridLayout>
 #include <QHBoxLayout>
+#include <QToolButton>
 #include <algorithm>
 #include <cmath>
 #include <memory>
@@ -31,6 +33,13 @@ QColor dimmed(const QColor& color)
             (color.blue() + 2 * back.blue()) / 3};
 }
 
+valueRuler_t::kind_t rulerKind(const chartPanelSetup_t& setup)
+{
+    if (setup.isDepth)
+        return valueRuler_t::KIND_DEPTH;
+    return setup.isAngle ? valueRuler_t::KIND_ANGLE : valueRuler_t::KIND_PLAIN;
+}
+
 // A chart paints its curves in the order of their addresses. Made together and taken in that order,
 // each lies over the one before, in every run.
 std::vector<std::unique_ptr<stripChartCurve_t>> curvesInPaintingOrder(std::size_t count)
@@ -47,27 +56,15 @@ std::vector<std::unique_ptr<stripChartCurve_t>> curvesInPaintingOrder(std::size_
 chartPanel_t::chartPanel_t(const chartPanelSetup_t& setup, const recording_t& recording,
                            QWidget* parent)
     : QFrame(parent), m_setup(setup), m_chart(new stripChart_t(this)),
-      m_topLabel(makeLabel(theme::quietText(), 0.9, Qt::AlignRight | Qt::AlignTop)),
-      m_bottomLabel(makeLabel(theme::quietText(), 0.9, Qt::AlignRight | Qt::AlignBottom)),
-      m_leftLabel(makeLabel(theme::quietText(), 0.9, Qt::AlignLeft)),
-      m_rightLabel(makeLabel(theme::quietText(), 0.9, Qt::AlignRight)),
+      m_valueRuler(new valueRuler_t(rulerKind(m_setup))),
       m_pointerLabel(makeLabel(theme::text(), 1.0, Qt::AlignCenter))
 {
     setFrameShape(QFrame::StyledPanel);
     setBackground(this, theme::panel());
-    m_topLabel->setObjectName(QStringLiteral("topLabel"));
-    m_bottomLabel->setObjectName(QStringLiteral("bottomLabel"));
-    m_leftLabel->setObjectName(QStringLiteral("leftLabel"));
-    m_rightLabel->setObjectName(QStringLiteral("rightLabel"));
     m_pointerLabel->setObjectName(QStringLiteral("pointerLabel"));
     m_pointerLabel->setToolTip(tr("Time (UTC) and value under the pointer"));
     // The chart keeps its height when a read-out comes.
     m_pointerLabel->setMinimumHeight(m_pointerLabel->fontMetrics().height());
-    // One width for all panels, so that charts above one another share their time axis.
-    const int boundsWidth = m_topLabel->fontMetrics().horizontalAdvance(QStringLiteral("00000.0"));
-    m_topLabel->setFixedWidth(boundsWidth);
-    m_bottomLabel->setFixedWidth(boundsWidth);
-
     auto* header = new QHBoxLayout;
     header->setSpacing(16);
     auto* title = makeLabel(theme::text(), 1.1, Qt::AlignLeft | Qt::AlignVCenter);
@@ -103,30 +100,33 @@ chartPanel_t::chartPanel_t(const chartPanelSetup_t& setup, const recording_t& re
         addZeroLine(recording.startTime(), recording.endTime(), curves.back().release());
     }
 
-    auto* footer = new QHBoxLayout;
-    footer->addWidget(m_leftLabel, 1);
-    footer->addWidget(m_pointerLabel, 2);
-    footer->addWidget(m_rightLabel, 1);
-
     auto* layout = new QGridLayout(this);
-    layout->setContentsMargins(10, 4, 10, 6);
+    layout->setContentsMargins(10, 2, 10, 3);
+    layout->setHorizontalSpacing(0);
     layout->setVerticalSpacing(3);
     layout->addLayout(header, 0, 0, 1, 2);
-    layout->addWidget(m_topLabel, 1, 0, Qt::AlignTop);
-    layout->addWidget(m_bottomLabel, 2, 0, Qt::AlignBottom);
-    layout->addWidget(m_chart, 1, 1, 2, 1);
-    layout->addLayout(footer, 3, 1);
+    layout->addWidget(m_valueRuler, 1, 0);
+    layout->addWidget(m_chart, 1, 1);
+    if (!m_curves.empty())
+        layout->addWidget(makeAutoscaleButton(), 2, 0);
+    layout->addWidget(m_pointerLabel, 2, 1);
     layout->setRowStretch(1, 1);
-    layout->setRowStretch(2, 1);
+    layout->setColumnMinimumWidth(0, m_valueRuler->sizeHint().width());
     layout->setColumnStretch(1, 1);
 
     m_chart->setBackgroundColor(theme::chart());
     m_chart->minValueRange(m_setup.minRange);
     m_chart->installEventFilter(this);
-    connect(m_chart, &stripChart_t::timeBoundsChanged, this, &chartPanel_t::showTimeBounds);
-    connect(m_chart, &stripChart_t::valueBoundsChanged, this, &chartPanel_t::showValueBounds);
     connect(m_chart, &stripChart_t::mousePos, this, &chartPanel_t::showPointer);
-    showValueBounds(m_chart->minValueBound(), m_chart->maxValueBound());
+    if (!m_curves.empty()) { // else there is nothing to measure
+        connect(m_chart, &stripChart_t::valueBoundsChanged, m_valueRuler, &valueRuler_t::follow);
+        connect(m_valueRuler, &valueRuler_t::scaleChosen, m_chart, &stripChart_t::valueBounds);
+        m_valueRuler->interactive(true);
+        m_valueRuler->setCursor(Qt::SplitVCursor);
+        m_valueRuler->setToolTip(tr("Drag to choose the scale, click to centre it, double-click "
+                                    "to show twice as much"));
+        m_valueRuler->follow(m_chart->minValueBound(), m_chart->maxValueBound());
+    }
     if (m_chooser)
         applyPalette();
     showValues();
@@ -330,27 +330,43 @@ void chartPanel_t::showValues()
     }
 }
 
-void chartPanel_t::showTimeBounds(double left, double right)
+QWidget* chartPanel_t::makeAutoscaleButton()
 {
-    m_leftLabel->setText(timeText(left));
-    m_rightLabel->setText(timeText(right));
+    m_autoscaleButton = new QToolButton;
+    m_autoscaleButton->setObjectName(QStringLiteral("autoscaleButton"));
+    m_autoscaleButton->setText(tr("Auto"));
+    m_autoscaleButton->setCheckable(true);
+    m_autoscaleButton->setFocusPolicy(Qt::TabFocus);
+    m_autoscaleButton->setFont(m_valueRuler->font());
+    m_autoscaleButton->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Ignored);
+    connect(m_autoscaleButton, &QToolButton::clicked, m_chart,
+            [this](bool checked) { m_chart->autoscaleValue(checked); });
+    connect(m_chart, &stripChart_t::valueAutoscaleChanged, this, &chartPanel_t::showAutoscale);
+    showAutoscale(m_chart->autoscaleValue());
+    return m_autoscaleButton;
 }
 
-void chartPanel_t::showValueBounds(double bottom, double top)
+void chartPanel_t::showAutoscale(bool enabled)
 {
-    if (m_curves.empty())
-        return; // the scale of nothing
-    m_bottomLabel->setText(textOf(bottom));
-    m_topLabel->setText(textOf(top));
+    m_autoscaleButton->setChecked(enabled);
+    m_autoscaleButton->setToolTip(enabled ? tr("The scale follows the data; click to hold it")
+                                          : tr("The scale is held; click to follow the data"));
+    QPalette palette = m_autoscaleButton->palette();
+    palette.setColor(QPalette::ButtonText, enabled ? theme::quietText() : theme::paused());
+    m_autoscaleButton->setPalette(palette);
 }
 
 void chartPanel_t::showPointer(double time, double value)
 {
     m_hasPointer = !std::isnan(time);
+    Q_EMIT pointed(time);
     if (!m_hasPointer) { // it has left
+        m_valueRuler->clearIndicator();
         showMessage();
         return;
     }
+    if (!m_curves.empty())
+        m_valueRuler->indicator(value);
     const QString unit = m_setup.unit == QStringLiteral("\u00b0") ? m_setup.unit // stands close
                                                                   : ' ' + m_setup.unit;
     m_pointerLabel->setText(timeText(time, 1) + QStringLiteral("  ") + textOf(value) + unit);

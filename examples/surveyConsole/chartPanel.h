@@ -9,6 +9,7 @@
 #include <vector>
 
 class QLabel;
+class QToolButton;
 
 namespace zorbin_qt_gui {
 class stripChart_t;
@@ -17,6 +18,7 @@ class stripChartCurve_t;
 
 namespace survey_console {
 class paletteChooser_t;
+class valueRuler_t;
 
 /// One curve of a chart panel.
 struct panelCurve_t
@@ -40,11 +42,14 @@ struct chartPanelSetup_t
     std::vector<panelCurve_t> curves;
 };
 
-/// A strip chart with its title, current values, bounds and pointer read-out.
+/// A strip chart with its title, current values, value ruler and pointer read-out.
 ///
 /// It follows a replay: showTime() feeds the samples the replay has come to and scrolls. A step
 /// between samples that is long for their channel is drawn as a gap, and a current value older than
 /// that is dimmed.
+///
+/// The value axis follows the data until the user chooses a scale on the ruler; the button "Auto"
+/// below the ruler goes back to following.
 ///
 /// The button beside a curve's value changes its colour, that of its past included. A panel with a
 /// palette can colour its first curve by value instead; what the palettes have to report stands
@@ -61,6 +66,7 @@ public:
     ~chartPanel_t() override;
 
     zorbin_qt_gui::stripChart_t* chart() const { return m_chart; }
+    valueRuler_t* valueRuler() const { return m_valueRuler; }
 
     bool eventFilter(QObject* watched, QEvent* event) override;
 
@@ -71,6 +77,10 @@ public Q_SLOTS:
     void jumpTo(double time_);
     /// Sets the length of the time window in seconds, DEFAULT_SPAN at first.
     void timeSpan(double seconds_);
+
+Q_SIGNALS:
+    /// The pointer is over \p time_ in the chart; NaN once it has left.
+    void pointed(double time_);
 
 private:
     struct shownCurve_t
@@ -98,8 +108,8 @@ private:
     QColor legendColor(const shownCurve_t& shown) const;
     void anchorWindow();
     void showValues();
-    void showTimeBounds(double left, double right);
-    void showValueBounds(double bottom, double top);
+    QWidget* makeAutoscaleButton();
+    void showAutoscale(bool enabled);
     void showPointer(double time, double value);
     void showMessage();
     QString textOf(double drawnValue) const;
@@ -113,10 +123,8 @@ private:
     paletteChooser_t* m_chooser = nullptr; // null without palettes
     bool m_hasPointer = false;             // over the chart
     zorbin_qt_gui::stripChart_t* m_chart;
-    QLabel* m_topLabel;
-    QLabel* m_bottomLabel;
-    QLabel* m_leftLabel;
-    QLabel* m_rightLabel;
+    valueRuler_t* m_valueRuler;
+    QToolButton* m_autoscaleButton = nullptr; // null without curves
     QLabel* m_pointerLabel;
 };
 

@@ -1,7 +1,8 @@
 // Replays a recorded survey line in strip charts. Look at the depth chart's faded lines where
 // soundings are missing, at the charts' scales following the data, and at the read-out under each
-// chart when the pointer is over it. Try the seek slider and 100x, another palette for the depth,
-// and another colour for a curve: click the square beside its value.
+// chart and the arrows on its rulers when the pointer is over it. Try the seek slider and 100x, a
+// drag over a value ruler (its "Auto" button goes back), another palette for the depth, and another
+// colour for a curve: click the square beside its value.
 
 #include "mainWindow.h"
 #include "recordingReader.h"

@@ -2,9 +2,13 @@
 #include "chartPanel.h"
 #include "navigationPanel.h"
 #include "replayControls.h"
+#include "speedPanel.h"
 #include "theme.h"
+#include "timeAxis.h"
+#include "timeRuler.h"
 
 #include <QGridLayout>
+#include <QHBoxLayout>
 #include <QShortcut>
 #include <QVBoxLayout>
 
@@ -13,6 +17,7 @@ namespace {
 
 const int FRAME_INTERVAL = 33; // ms
 const int COLUMNS = 2;
+const int SPACING = 6; // px between panels
 
 std::vector<chartPanelSetup_t> panelSetups()
 {
@@ -20,7 +25,7 @@ std::vector<chartPanelSetup_t> panelSetups()
     const QColor second = theme::secondCurve();
     const QString degrees = QStringLiteral("\u00b0");
     std::vector<chartPanelSetup_t> setups(6);
-    setups[0].title = mainWindow_t::tr("Depth below transducer");
+    setups[0].title = mainWindow_t::tr("Depth");
     setups[0].unit = QStringLiteral("m");
     setups[0].minRange = 5.0;
     setups[0].isDepth = true;
@@ -71,7 +76,7 @@ mainWindow_t::mainWindow_t(const QString& lineName, readResult_t line,
 {
     setWindowTitle(tr("Survey console - %1").arg(lineName));
     auto* charts = new QGridLayout;
-    charts->setSpacing(8);
+    charts->setSpacing(SPACING);
     auto* controls = new replayControls_t(&m_clock);
     for (const chartPanelSetup_t& setup : panelSetups()) {
         auto* panel = new chartPanel_t(setup, m_recording);
@@ -84,11 +89,21 @@ mainWindow_t::mainWindow_t(const QString& lineName, readResult_t line,
         connect(&m_clock, &replayClock_t::timeJumped, panel, &chartPanel_t::jumpTo);
         connect(controls, &replayControls_t::timeSpanChanged, panel, &chartPanel_t::timeSpan);
     }
+    addTimeAxes(charts);
+
+    auto* speedPanel = new speedPanel_t(m_recording);
+    connect(&m_clock, &replayClock_t::timeAdvanced, speedPanel, &speedPanel_t::showTime);
+    connect(&m_clock, &replayClock_t::timeJumped, speedPanel, &speedPanel_t::showTime);
+    auto* middle = new QHBoxLayout;
+    middle->setSpacing(SPACING);
+    middle->addLayout(charts, 1);
+    middle->addWidget(speedPanel);
+
     auto* layout = new QVBoxLayout(this);
-    layout->setContentsMargins(10, 10, 10, 10);
-    layout->setSpacing(8);
+    layout->setContentsMargins(8, 8, 8, 8);
+    layout->setSpacing(SPACING);
     layout->addWidget(m_navigationPanel);
-    layout->addLayout(charts, 1);
+    layout->addLayout(middle, 1);
     layout->addWidget(controls);
 
     connect(&m_clock, &replayClock_t::timeAdvanced, m_navigationPanel,
@@ -120,6 +135,20 @@ mainWindow_t::mainWindow_t(const QString& lineName, readResult_t line,
 }
 
 mainWindow_t::~mainWindow_t() = default;
+
+// One below each column, that all its charts point at.
+void mainWindow_t::addTimeAxes(QGridLayout* charts)
+{
+    const int count = static_cast<int>(m_chartPanels.size());
+    for (int column = 0; column < COLUMNS; ++column) {
+        auto* axis = new timeAxis_t(m_chartPanels[column]->chart());
+        axis->setObjectName(QStringLiteral("timeAxis%1").arg(column));
+        charts->addWidget(axis, count / COLUMNS, column);
+        for (int index = column; index < count; index += COLUMNS)
+            connect(m_chartPanels[index], &chartPanel_t::pointed, axis->ruler(),
+                    &timeRuler_t::point);
+    }
+}
 
 void mainWindow_t::addShortcut(int key, std::function<void()> action)
 {

@@ -6,12 +6,15 @@
 #include <QWidget>
 #include <vector>
 
+class QGridLayout;
+
 namespace survey_console {
 class chartPanel_t;
 class navigationPanel_t;
 
-/// The console: the survey line's charts, above them the time and position, below them the replay's
-/// controls. Space pauses and resumes; Left, Right, Page Up, Page Down, Home and End seek.
+/// The console: the survey line's charts with their time axes and a speed gauge, above them the
+/// time and position, below them the replay's controls. Space pauses and resumes; Left, Right, Page
+/// Up, Page Down, Home and End seek.
 class mainWindow_t : public QWidget
 {
     Q_OBJECT
@@ -27,6 +30,7 @@ public:
     const std::vector<chartPanel_t*>& chartPanels() const { return m_chartPanels; }
 
 private:
+    void addTimeAxes(QGridLayout* charts);
     void addShortcut(int key, std::function<void()> action);
     void showReplay();
 

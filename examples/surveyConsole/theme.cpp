@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QPalette>
 #include <QStyleFactory>
+#include <QWidget>
 
 namespace survey_console::theme {
 
@@ -27,6 +28,13 @@ void apply(QApplication* application)
          {QPalette::WindowText, QPalette::Text, QPalette::ButtonText})
         palette.setColor(QPalette::Disabled, role, quietText());
     application->setPalette(palette);
+}
+
+void setUpRuler(QWidget* ruler)
+{
+    QPalette palette = ruler->palette();
+    palette.setColor(QPalette::WindowText, quietText());
+    ruler->setPalette(palette);
 }
 
 } // namespace survey_console::theme

@@ -2,6 +2,7 @@
 #include <QColor>
 
 class QApplication;
+class QWidget;
 
 /// Colours of the console: quiet on dark for a dim bridge, told apart by the colour-blind, too.
 namespace survey_console::theme {
@@ -57,5 +58,8 @@ inline QColor paused()
 
 /// Makes \p application look so.
 void apply(QApplication* application);
+
+/// Draws the axis, ticks and labels of a ruler in quietText().
+void setUpRuler(QWidget* ruler);
 
 } // namespace survey_console::theme
