@@ -101,3 +101,15 @@ std::unique_ptr<contender_t> makeContender(const chartShape_t& shape)
 {
     return std::make_unique<qtChartsContender_t>(shape);
 }
+
+// It has nothing to show a waterfall with, and its bars are items of a scene, far from made for a
+// thousand of them.
+std::unique_ptr<waterfallContender_t> makeWaterfall()
+{
+    return nullptr;
+}
+
+std::unique_ptr<histogramContender_t> makeHistogram()
+{
+    return nullptr;
+}

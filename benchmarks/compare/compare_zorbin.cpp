@@ -5,9 +5,17 @@
 #include <algorithm>
 #include <deque>
 #include <functional>
+#include <histogram.h>
 #include <stripChart.h>
 #include <stripChartCurve.h>
+#include <waterfallModel.h>
+#include <waterfallRenderer.h>
+#include <waterfallView.h>
 
+using zorbin_qt_gui::baseWaterfallModel_t;
+using zorbin_qt_gui::baseWaterfallRenderer_t;
+using zorbin_qt_gui::baseWaterfallView_t;
+using zorbin_qt_gui::histogram_t;
 using zorbin_qt_gui::stripChart_t;
 using zorbin_qt_gui::stripChartCurve_t;
 
@@ -59,9 +67,100 @@ private:
     stripChart_t m_chart;
     std::vector<stripChartCurve_t*> m_curves; // owned by the chart
 };
+
+// The lines that are on show.
+class linesModel_t : public baseWaterfallModel_t
+{
+public:
+    void add(const float* values)
+    {
+        m_lines.emplace_back(values, values + plotWidth);
+        _addItem();
+        if (m_lines.size() > plotHeight)
+            dropItem();
+    }
+
+    bool dropItem() override
+    {
+        m_lines.pop_front();
+        _dropItem();
+        return true;
+    }
+
+    const std::vector<float>& line(int index) const
+    {
+        return m_lines[static_cast<std::size_t>(index - begin())];
+    }
+
+private:
+    std::deque<std::vector<float>> m_lines;
+};
+
+class linesRenderer_t : public baseWaterfallRenderer_t
+{
+public:
+    void render(const context_t* context, QRgb* pixels, baseWaterfallModel_t* model,
+                unsigned index) override
+    {
+        const std::vector<float>& line =
+            static_cast<linesModel_t*>(model)->line(static_cast<int>(index));
+        for (unsigned i = 0; i < context->numPixels; ++i)
+            pixels[i] = waterfallColor(line[i]);
+    }
+};
+
+class zorbinWaterfall_t : public waterfallContender_t
+{
+public:
+    zorbinWaterfall_t()
+    {
+        m_view._model(&m_model);
+        m_view._renderer(&m_renderer);
+    }
+
+    QWidget* window() override { return &m_view; }
+    QWidget* plotArea() override { return &m_view; }
+    void addLine(const float* values) override { m_model.add(values); }
+    void finishFrame() override {}
+
+private:
+    linesModel_t m_model;
+    linesRenderer_t m_renderer;
+    baseWaterfallView_t m_view;
+};
+
+class zorbinHistogram_t : public histogramContender_t
+{
+public:
+    zorbinHistogram_t() { m_histogram.numBins(histogramBins); }
+
+    QWidget* window() override { return &m_histogram; }
+    QWidget* plotArea() override { return &m_histogram; }
+
+    void replace(const std::vector<float>& samples) override
+    {
+        m_histogram.clear();
+        m_histogram.addData(static_cast<unsigned>(samples.size()), samples.data());
+    }
+
+    void finishFrame() override {}
+
+private:
+    histogram_t m_histogram;
+};
 } // namespace
 
 std::unique_ptr<contender_t> makeContender(const chartShape_t& shape)
 {
     return std::make_unique<zorbinContender_t>(shape);
+}
+
+std::unique_ptr<waterfallContender_t> makeWaterfall()
+{
+    return std::make_unique<zorbinWaterfall_t>();
+}
+
+std::unique_ptr<histogramContender_t> makeHistogram()
+{
+    return std::make_unique<zorbinHistogram_t>();
 }

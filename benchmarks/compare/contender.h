@@ -54,6 +54,60 @@ public:
 /// Makes the contender of this program; each program defines it once.
 std::unique_ptr<contender_t> makeContender(const chartShape_t& shape);
 
+/// One way of showing a waterfall of plotWidth x plotHeight pixels: a line for each row, the newest
+/// at the top, in the colours of waterfallColor(). Frames as with charts.
+class waterfallContender_t
+{
+public:
+    virtual ~waterfallContender_t() = default;
+    virtual QWidget* window() = 0;
+    virtual QWidget* plotArea() = 0;
+    /// Adds a line of plotWidth values from 0.0 to 1.0; the oldest one goes.
+    virtual void addLine(const float* values) = 0;
+    virtual void finishFrame() = 0;
+};
+
+/// One way of showing how samples are distributed over histogramBins bins from 0.0 to 1.0, the
+/// tallest as high as the plot area. Frames as with charts.
+class histogramContender_t
+{
+public:
+    virtual ~histogramContender_t() = default;
+    virtual QWidget* window() = 0;
+    virtual QWidget* plotArea() = 0;
+    /// Shows these samples instead of those before.
+    virtual void replace(const std::vector<float>& samples) = 0;
+    virtual void finishFrame() = 0;
+};
+
+const int histogramBins = 1000;
+
+/// Make the contenders of this program; null for what it doesn't take part in. Each program defines
+/// both once.
+std::unique_ptr<waterfallContender_t> makeWaterfall();
+std::unique_ptr<histogramContender_t> makeHistogram();
+
+/// The grey of a value from 0.0 to 1.0, in 256 steps.
+inline QRgb waterfallColor(float value)
+{
+    const int level = static_cast<int>(value * 255.0F);
+    return qRgb(level, level, level);
+}
+
+/// The counts of the samples in each bin, by hand, as an application does for widgets that only
+/// draw bars.
+inline std::vector<unsigned> countedByHand(const std::vector<float>& samples)
+{
+    std::vector<unsigned> counts(histogramBins);
+    for (const float value : samples) {
+        if (!(value >= 0.0F && value <= 1.0F))
+            continue;
+        const int bin = static_cast<int>(value * static_cast<float>(histogramBins));
+        ++counts[static_cast<std::size_t>(bin < histogramBins ? bin : histogramBins - 1)];
+    }
+    return counts;
+}
+
 /// The colour of curve number \p curve: opaque, and another one for each of the first eight.
 inline QColor curveColor(int curve)
 {

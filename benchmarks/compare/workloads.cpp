@@ -9,14 +9,18 @@
 #include <QCryptographicHash>
 #include <QElapsedTimer>
 #include <QEvent>
+#include <QPaintEvent>
+#include <QPainter>
 #include <QPixmap>
 #include <QScreen>
 #include <QWindow>
+#include <cmath>
 #include <cstdio>
 #include <cstdlib>
 #include <functional>
 #include <malloc.h>
 #include <map>
+#include <random>
 #include <string>
 #include <sys/resource.h>
 
@@ -64,27 +68,25 @@ double startTime(const chartShape_t& shape)
     return -10.0 * shape.window;
 }
 
-// A contender on screen. Sees to it that every frame is painted before the next one begins.
-class stage_t : public QObject
+// What is on screen. Sees to it that every frame is painted before the next one begins.
+class screen_t : public QObject
 {
 public:
-    explicit stage_t(const chartShape_t& shape) : m_contender(makeContender(shape))
+    // What is put off until the end of a frame is finished by \p finish.
+    screen_t(QWidget* window, QWidget* plotArea, std::function<void()> finish)
+        : m_window(window), m_finish(std::move(finish))
     {
-        QWidget* const window = m_contender->window();
         window->resize(plotWidth, plotHeight);
         window->show();
         waitFor([window] { return window->windowHandle()->isExposed(); });
-        if (m_contender->plotArea()->size() != QSize(plotWidth, plotHeight))
+        if (plotArea->size() != QSize(plotWidth, plotHeight))
             fail("The plot area is not 1000 x 400 pixels");
-        m_contender->scrollTime(startTime(shape)); // a jump: the time scale follows the size
-        m_contender->plotArea()->installEventFilter(this);
+        plotArea->installEventFilter(this);
     }
-
-    contender_t* operator->() { return m_contender.get(); }
 
     void endFrame()
     {
-        m_contender->finishFrame();
+        m_finish();
         waitFor([this] { return m_painted; });
         m_painted = false;
     }
@@ -93,9 +95,8 @@ public:
     QByteArray digest()
     {
         QCoreApplication::processEvents();
-        QWidget* const window = m_contender->window();
-        const QImage image = window->screen()
-                                 ->grabWindow(window->winId(), 0, 0, plotWidth, plotHeight)
+        const QImage image = m_window->screen()
+                                 ->grabWindow(m_window->winId(), 0, 0, plotWidth, plotHeight)
                                  .toImage()
                                  .convertToFormat(QImage::Format_RGB32);
         if (image.size() != QSize(plotWidth, plotHeight))
@@ -128,15 +129,46 @@ private:
         }
     }
 
-    const std::unique_ptr<contender_t> m_contender;
+    QWidget* const m_window;
+    const std::function<void()> m_finish;
     bool m_painted = false;
+};
+
+// A contender on screen.
+template <typename contender>
+class staged_t
+{
+public:
+    // Must take part: not null.
+    explicit staged_t(std::unique_ptr<contender> actor)
+        : m_actor(std::move(actor)),
+          m_screen(m_actor->window(), m_actor->plotArea(), [this] { m_actor->finishFrame(); })
+    {
+    }
+
+    contender* operator->() { return m_actor.get(); }
+    screen_t* screen() { return &m_screen; }
+
+private:
+    const std::unique_ptr<contender> m_actor;
+    screen_t m_screen;
+};
+
+// A chart on screen.
+class stage_t : public staged_t<contender_t>
+{
+public:
+    explicit stage_t(const chartShape_t& shape) : staged_t(makeContender(shape))
+    {
+        (*this)->scrollTime(startTime(shape)); // a jump: the time scale follows the size
+    }
 };
 
 using prepare_t = std::function<void(int firstFrame)>; // untimed, before every block of frames
 using frame_t = std::function<void(int frame)>;        // up to, but not with, its end
 
 // Times the frames, after some to warm up.
-void timeFrames(const std::string& name, stage_t* stage, const options_t& options,
+void timeFrames(const std::string& name, screen_t* screen, const options_t& options,
                 const prepare_t& prepare, const frame_t& frame)
 {
     double warmUp = 0.0;
@@ -147,7 +179,7 @@ void timeFrames(const std::string& name, stage_t* stage, const options_t& option
         const double start = cpuSeconds();
         for (int i = first; i < first + framesPerBlock; ++i) {
             frame(i);
-            stage->endFrame();
+            screen->endFrame();
         }
         const double spent = cpuSeconds() - start;
         if (warmUp < warmUpSeconds) {
@@ -161,23 +193,23 @@ void timeFrames(const std::string& name, stage_t* stage, const options_t& option
 }
 
 // Prints digests of pictures instead.
-void checkFrames(const std::string& name, stage_t* stage, const options_t& options,
+void checkFrames(const std::string& name, screen_t* screen, const options_t& options,
                  const prepare_t& prepare, const frame_t& frame)
 {
     for (int i = 0; i < options.checkedFrames; ++i) {
         if (i % framesPerBlock == 0)
             prepare(i);
         frame(i);
-        stage->endFrame();
-        std::printf("%s-%d %s digest\n", name.c_str(), i, stage->digest().constData());
+        screen->endFrame();
+        std::printf("%s-%d %s digest\n", name.c_str(), i, screen->digest().constData());
     }
 }
 
-void runFrames(const std::string& name, stage_t* stage, const options_t& options,
+void runFrames(const std::string& name, screen_t* screen, const options_t& options,
                const prepare_t& prepare, const frame_t& frame)
 {
     const auto run = options.checkedFrames > 0 ? checkFrames : timeFrames;
-    run(name, stage, options, prepare, frame);
+    run(name, screen, options, prepare, frame);
 }
 
 // Gives the curve the samples [0, count), in blocks of moderate size.
@@ -220,7 +252,7 @@ void scroll(const std::string& name, const options_t& options, int curves, doubl
         }
         stage->scrollTime(waveform.at(0, newest(frame)).time);
     };
-    runFrames(name, &stage, options, prepare, addAndScroll);
+    runFrames(name, stage.screen(), options, prepare, addAndScroll);
 }
 
 // What scrolling costs by itself: an empty chart moves by a pixel a frame.
@@ -234,7 +266,7 @@ void scrollEmpty(const std::string& name, const options_t& options)
         stage->scrollTime(startTime(shape) + (frame + 0.5) * pixel);
     };
     runFrames(
-        name, &stage, options, [](int) {}, scrollByOne);
+        name, stage.screen(), options, [](int) {}, scrollByOne);
 }
 
 // A full repaint: two hours of points stand still and the value bounds change with every frame.
@@ -254,7 +286,7 @@ void rescale(const std::string& name, const options_t& options, int points)
         stage->valueBounds(-1.2 - 0.002 * step, 1.2 + 0.001 * step);
     };
     runFrames(
-        name, &stage, options, [](int) {}, setBounds);
+        name, stage.screen(), options, [](int) {}, setBounds);
     if (options.checkedFrames == 0)
         print(name + "-memory", allocatedMegabytes() - before, "MB");
 }
@@ -287,7 +319,7 @@ void append(const std::string& name, const options_t& options, int history, int 
                 stage->addPoints(0, &samples[static_cast<std::size_t>(i)], batch);
         }
         const double finished = cpuSeconds();
-        stage.endFrame();
+        stage.screen()->endFrame();
         if (first == history)
             continue; // to warm up
         adding += finished - start;
@@ -296,6 +328,78 @@ void append(const std::string& name, const options_t& options, int history, int 
     }
     print(name, 1e-6 * static_cast<double>(added) / adding, "Mpoints/s");
     print(name + "-all", 1e-6 * static_cast<double>(added) / all, "Mpoints/s");
+}
+
+template <typename contender>
+std::unique_ptr<contender> takingPart(std::unique_ptr<contender> actor)
+{
+    if (actor == nullptr)
+        fail("This contender takes no part in the workload");
+    return actor;
+}
+
+// A full waterfall that scrolls by a line a frame: hills with noise that wander to the right.
+void waterfall(const std::string& name, const options_t& options)
+{
+    staged_t<waterfallContender_t> stage(takingPart(makeWaterfall()));
+    const int distinctLines = 1000;
+    std::vector<std::vector<float>> lines;
+    std::mt19937 random(1);
+    for (int line = 0; line < distinctLines; ++line) {
+        lines.emplace_back();
+        for (int i = 0; i < plotWidth; ++i) {
+            const double hill = 0.4 + 0.3 * std::sin(0.02 * i - 0.01 * line);
+            const double noise = 0.3 * static_cast<double>(random()) / 4294967296.0;
+            lines.back().push_back(static_cast<float>(hill + noise));
+        }
+    }
+    const auto addLine = [&](int frame) {
+        stage->addLine(lines[static_cast<std::size_t>(frame % distinctLines)].data());
+    };
+    for (int frame = 0; frame < plotHeight; ++frame)
+        addLine(frame);
+    stage.screen()->endFrame();
+    runFrames(
+        name, stage.screen(), options, [](int) {}, [&](int frame) { addLine(plotHeight + frame); });
+}
+
+// A bare widget that does nothing but scroll and fill the line that appears.
+class emptyScroll_t : public QWidget
+{
+public:
+    emptyScroll_t() { setAttribute(Qt::WA_OpaquePaintEvent); }
+
+protected:
+    void paintEvent(QPaintEvent* event) override
+    {
+        QPainter(this).fillRect(event->rect(), Qt::white);
+    }
+};
+
+// What scrolling a widget by a line costs by itself: the floor under a waterfall.
+void scrollWidget(const std::string& name, const options_t& options)
+{
+    emptyScroll_t widget;
+    screen_t screen(&widget, &widget, [] {});
+    runFrames(
+        name, &screen, options, [](int) {}, [&](int) { widget.scroll(0, 1); });
+}
+
+// A million samples, a hill over the whole range, replaced by others with every frame.
+void distribution(const std::string& name, const options_t& options)
+{
+    staged_t<histogramContender_t> stage(takingPart(makeHistogram()));
+    std::vector<std::vector<float>> samples(2);
+    std::mt19937 random(1);
+    for (std::vector<float>& some : samples) {
+        for (int i = 0; i < 1000000; ++i) {
+            const double sum = static_cast<double>(random()) + static_cast<double>(random());
+            some.push_back(static_cast<float>(sum / (2.0 * 4294967296.0)));
+        }
+    }
+    runFrames(
+        name, stage.screen(), options, [](int) {},
+        [&](int frame) { stage->replace(samples[static_cast<std::size_t>(frame % 2)]); });
 }
 
 using workload_t = std::function<void(const std::string& name, const options_t& options)>;
@@ -317,6 +421,9 @@ std::map<std::string, workload_t> workloads()
         {"S4-batch-72k", std::bind(append, _1, _2, 72000, 50)},
         {"S4-batch-720k", std::bind(append, _1, _2, 720000, 50)},
         {"S4-batch-7200k", std::bind(append, _1, _2, 7200000, 50)},
+        {"W1", waterfall},
+        {"W1-empty", scrollWidget},
+        {"H1", distribution},
     };
 }
 
@@ -338,7 +445,7 @@ int main(int argc, char** argv)
     parser.addOption({"seconds", "CPU time to measure for.", "S", "1"});
     parser.addOption({"noise", "Noise on the curves, as a part of their amplitude.", "N", "0.1"});
     parser.addOption({"check", "Print digests of N pictures; time nothing. Not for S4.", "N", "0"});
-    parser.addPositionalArgument("workload", "S1, S1-empty, S2, S3-10k and so on.");
+    parser.addPositionalArgument("workload", "S1, S1-empty, S2, S3-10k, W1, H1 and so on.");
     parser.process(application);
 
     options_t options;
