@@ -9,6 +9,10 @@
 #include <QTextCodec>
 #endif
 
+#include <string>
+
+class QOpenGLContext;
+
 // All that differs between Qt 5 and Qt 6 for this library.
 
 namespace zorbin_qt_gui {
@@ -61,5 +65,12 @@ inline QSize globalStrut()
     QT_WARNING_POP
 #endif
 }
+
+/// Asks for the fixed-function OpenGL before the context of a glWidgetBase_t is made.
+void setUpGlFormat(QWidget& glWidget);
+/// The context of a glWidgetBase_t; null as long as it has none with the fixed-function OpenGL.
+QOpenGLContext* glContextOf(const QWidget& glWidget);
+/// What such a context says of its vendor; empty if none can be had.
+std::string glVendor();
 
 } // namespace zorbin_qt_gui

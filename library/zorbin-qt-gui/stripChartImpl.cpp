@@ -1,6 +1,8 @@
 #include "stripChartImpl.h"
 
 #include "curveIndex_p.h"
+#include "glCurveRenderer.h"
+#include "glStripChartImpl.h"
 #include "numbers_p.h"
 #include "simpleCurveRenderer.h"
 #include "simpleStripChartImpl.h"
@@ -23,14 +25,11 @@ std::string chooseImplementationType()
 {
     constexpr char variable[] = "ZORBIN_QT_STRIPCHART_TYPE";
     if (!qEnvironmentVariableIsSet(variable))
-        return "simple";
+        return glStripChartImpl_t::supported() ? "gl" : "simple";
     const QByteArray value = qgetenv(variable);
-    if (value == "gl") {
-        qWarning("stripChartImpl_t::implementationType: This build has no OpenGL back end - Using "
-                 "\"simple\"");
-    } else if (value != "simple") {
-        qDebug("ZORBIN_QT_STRIPCHART (%s) invalid!", value.constData());
-    }
+    if (value == "gl" || value == "simple")
+        return value.toStdString();
+    qDebug("ZORBIN_QT_STRIPCHART (%s) invalid!", value.constData());
     return "simple";
 }
 
@@ -54,13 +53,15 @@ stripChartImpl_t::~stripChartImpl_t()
 
 stripChartImpl_t* stripChartImpl_t::createChartImpl(QWidget* parent)
 {
-    implementationType();
+    if (implementationType() == "gl")
+        return new glStripChartImpl_t(parent);
     return new simpleStripChartImpl_t(parent);
 }
 
 stripChartCurveRenderer_t* stripChartImpl_t::createCurveRenderer(stripChartCurveData_t* data)
 {
-    implementationType();
+    if (implementationType() == "gl")
+        return new glCurveRenderer_t(data);
     return new simpleCurveRenderer_t(data);
 }
 

@@ -1,0 +1,327 @@
+#include "glCurveRenderer.h"
+
+#include "glStripChartWidget.h"
+#include "stripChartCurve.h"
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+namespace zorbin_qt_gui {
+namespace {
+
+using point_t = stripChartCurve_t::point_t;
+
+void setColor(const QColor& color, int alpha)
+{
+    const auto byte = [](int component) { return static_cast<GLubyte>(component); };
+    glColor4ub(byte(color.red()), byte(color.green()), byte(color.blue()), byte(alpha));
+}
+
+// A coordinate for OpenGL. What is beyond any display stays finite, since lines to infinity can't
+// be clipped.
+float coordinate(double x)
+{
+    constexpr double farOutside = 1e18;
+    return static_cast<float>(std::min(std::max(x, -farOutside), farOutside));
+}
+
+void emitVertex(const point_t& point, double refTime, double refValue)
+{
+    glVertex2f(coordinate(point.time - refTime), coordinate(point.value - refValue));
+}
+
+// The value that vertices are relative to.
+double referenceValue(const point_t& point)
+{
+    return std::isfinite(point.value) ? point.value : 0.0;
+}
+
+bool isDrawn(const point_t& from, const point_t& to)
+{
+    return !std::isnan(from.value) && !std::isnan(to.value);
+}
+
+} // namespace
+
+glCurveRenderer_t::glCurveRenderer_t(stripChartCurveData_t* data) : stripChartCurveRenderer_t(data)
+{
+}
+
+glCurveRenderer_t::~glCurveRenderer_t()
+{
+    prepareToDelete();
+}
+
+void glCurveRenderer_t::draw(double xCenter, double yCenter)
+{
+    if (m_chart == nullptr)
+        return;
+    if (m_listColor != m_d->color) {
+        releaseLists(); // behind a gap they set the colour themselves
+        m_listColor = m_d->color;
+    }
+    const auto outgoing = static_cast<unsigned>(m_d->outgoingCount);
+    if (outgoing > 0) {
+        m_outgoing.fill(*m_d, 0, outgoing);
+        m_outgoing.draw(outgoing, xCenter, yCenter);
+        drawJoint(xCenter, yCenter);
+    }
+    drawSegments(xCenter, yCenter);
+    const auto incoming = static_cast<unsigned>(m_d->incomingCount);
+    if (incoming > 0) {
+        m_incoming.fill(*m_d, static_cast<unsigned>(m_d->points.size()) - incoming, incoming);
+        m_incoming.draw(incoming, xCenter, yCenter);
+    }
+    calcSegmentThreshold();
+}
+
+void glCurveRenderer_t::drawSegments(double xCenter, double yCenter)
+{
+    // Segments that end before or begin behind what is in view, by some pixels, would draw nothing.
+    // A span that isn't positive, as long as the bounds are set reversed, leaves none out.
+    const double span = m_chart->visibleSpan();
+    const double reach = span > 0.0 ? span * 0.5 + span * 4.0 / std::max(1, m_chart->width())
+                                    : std::numeric_limits<double>::infinity();
+    auto first = static_cast<unsigned>(m_d->outgoingCount);
+    for (const segment_t* const segment : m_d->segments) {
+        const unsigned last = first + segment->size;
+        if (segment->endTime >= xCenter - reach && segment->startTime <= xCenter + reach) {
+            glSegment_t*& drawn = m_segments[segment->id];
+            if (drawn == nullptr)
+                drawn = createGLSegment(first, last);
+            if (drawn != nullptr) {
+                setColor(m_d->color, m_d->color.alpha());
+                glPushMatrix();
+                glTranslated(segment->startTime - xCenter,
+                             referenceValue(m_d->points[first]) - yCenter, 0.0);
+                glCallList(drawn->list);
+                glPopMatrix();
+            }
+        }
+        first = last;
+    }
+}
+
+// The line from the last outgoing point to the first segment, which neither of them contains.
+void glCurveRenderer_t::drawJoint(double xCenter, double yCenter) const
+{
+    if (m_d->segments.empty())
+        return; // the incoming points begin with it
+    const auto index = static_cast<std::size_t>(m_d->outgoingCount);
+    const point_t& from = m_d->points[index - 1];
+    const point_t& to = m_d->points[index];
+    if (!isDrawn(from, to))
+        return;
+    const bool isGap = to.time - from.time > m_d->threshold;
+    setColor(m_d->color, isGap ? m_d->color.alpha() / 4 : m_d->color.alpha());
+    glPushMatrix();
+    const double refValue = referenceValue(from);
+    glTranslated(from.time - xCenter, refValue - yCenter, 0.0);
+    glBegin(GL_LINES);
+    emitVertex(from, from.time, refValue);
+    emitVertex(to, from.time, refValue);
+    glEnd();
+    glPopMatrix();
+}
+
+void glCurveRenderer_t::prepareToDelete()
+{
+    releaseLists();
+    m_segments.clear();
+    m_outgoing = loosePoints_t();
+    m_incoming = loosePoints_t();
+    if (m_chart != nullptr)
+        m_chart->m_renderers.erase(this);
+    m_chart = nullptr;
+}
+
+// Deletes all lists; those of segments that remain are made anew when they are next drawn.
+void glCurveRenderer_t::releaseLists()
+{
+    for (auto& entry : m_segments)
+        removeGLSegment(std::exchange(entry.second, nullptr));
+}
+
+void glCurveRenderer_t::drawSubset(double refTime, double refValue, unsigned first, unsigned last)
+{
+    bool isGap = false;
+    bool isBroken = false; // NaN was met: nothing is drawn to or from it
+    for (unsigned i = first; i <= last; ++i) {
+        const point_t& point = m_d->points[i];
+        if (i > first) {
+            const point_t& before = m_d->points[i - 1];
+            const bool wasGap = std::exchange(isGap, point.time - before.time > m_d->threshold);
+            const bool wasBroken = std::exchange(isBroken, !isDrawn(before, point));
+            if (isGap != wasGap || isBroken != wasBroken) {
+                glEnd();
+                setColor(m_d->color, isGap ? m_d->color.alpha() / 4 : m_d->color.alpha());
+                glBegin(GL_LINE_STRIP);
+                if (!isBroken)
+                    emitVertex(before, refTime, refValue);
+            }
+        }
+        if (!isBroken && !std::isnan(point.value))
+            emitVertex(point, refTime, refValue);
+    }
+}
+
+void glCurveRenderer_t::calcSegmentThreshold()
+{
+    const double size = std::sqrt(10.0 * static_cast<double>(m_d->points.size()));
+    m_segmentThreshold = size > 100.0 ? static_cast<quint32>(std::ceil(size)) : 100;
+}
+
+glCurveRenderer_t::glSegment_t* glCurveRenderer_t::createGLSegment(unsigned first, unsigned last)
+{
+    if (m_chart == nullptr || !m_chart->makeOwnContextCurrent())
+        return nullptr;
+    const GLuint list = glGenLists(1);
+    if (list == 0) {
+        qDebug("Failed to get list -- Skipping segmenting");
+        return nullptr;
+    }
+    const point_t& reference = m_d->points[first];
+    setColor(m_d->color, m_d->color.alpha());
+    glNewList(list, GL_COMPILE);
+    glBegin(GL_LINE_STRIP);
+    drawSubset(reference.time, referenceValue(reference), first, last);
+    glEnd();
+    glEndList();
+    return new glSegment_t{list};
+}
+
+void glCurveRenderer_t::removeGLSegment(glSegment_t* segment)
+{
+    if (segment == nullptr || m_chart == nullptr)
+        return;
+    if (m_chart->makeOwnContextCurrent())
+        glDeleteLists(segment->list, 1);
+    delete segment;
+}
+
+void glCurveRenderer_t::chart(QWidget* widget)
+{
+    auto* const chart = qobject_cast<glStripChartWidget_t*>(widget);
+    if (chart == nullptr || chart == m_chart)
+        return;
+    releaseLists();
+    m_segments.clear();
+    if (m_chart != nullptr) {
+        m_chart->m_renderers.erase(this);
+        m_chart->removeCurve(m_d->parent);
+    }
+    m_chart = chart;
+    m_chart->m_renderers.insert(this);
+}
+
+unsigned glCurveRenderer_t::segmentSize() const
+{
+    return m_segmentThreshold;
+}
+
+void glCurveRenderer_t::segmentCreated(unsigned first, unsigned last, unsigned id)
+{
+    m_segments[id] = createGLSegment(first, last);
+}
+
+void glCurveRenderer_t::segmentRemoved(unsigned /*first*/, unsigned /*last*/, unsigned id)
+{
+    const auto found = m_segments.find(id);
+    if (found == m_segments.end())
+        return;
+    removeGLSegment(found->second);
+    m_segments.erase(found);
+}
+
+void glCurveRenderer_t::updateIncomingList(unsigned /*first*/, unsigned /*last*/)
+{
+    if (m_d->incomingCount > 0)
+        m_incoming.take(*m_d);
+}
+
+void glCurveRenderer_t::updateOutgoingList(unsigned /*first*/, unsigned /*last*/)
+{
+    if (m_d->outgoingCount > 0)
+        m_outgoing.take(*m_d);
+}
+
+void glCurveRenderer_t::pointsAdded(unsigned /*count*/, double fromTime, double toTime)
+{
+    if (m_chart != nullptr)
+        m_chart->updateChart(fromTime, toTime);
+}
+
+void glCurveRenderer_t::pointsRemoved(unsigned /*count*/, double fromTime, double toTime)
+{
+    if (m_chart != nullptr)
+        m_chart->updateChart(fromTime, toTime);
+}
+
+void glCurveRenderer_t::loosePoints_t::take(const stripChartCurveData_t& data)
+{
+    color = data.color;
+    threshold = data.threshold;
+    isStale = true;
+}
+
+// A line strip in which every point but the first has two vertices: the end of the line to it, and
+// the start of the line from it. The strip begins with the point before the zone.
+void glCurveRenderer_t::loosePoints_t::fill(const stripChartCurveData_t& data, unsigned first,
+                                            unsigned count)
+{
+    if (!isStale)
+        return;
+    isStale = false;
+    const std::size_t vertices = 2 * static_cast<std::size_t>(count);
+    if (points.size() < 2 * vertices) {
+        points.resize(2 * vertices);
+        colors.resize(4 * vertices);
+    }
+    const auto red = static_cast<float>(color.redF());
+    const auto green = static_cast<float>(color.greenF());
+    const auto blue = static_cast<float>(color.blueF());
+    const auto alpha = static_cast<float>(color.alphaF());
+    const point_t& reference = data.points[first];
+    refTime = reference.time;
+    refValue = referenceValue(reference);
+    float* nextPoint = points.data();
+    float* nextColor = colors.data();
+    const auto add = [&](const point_t& point, float opacity) {
+        *nextPoint++ = coordinate(point.time - refTime);
+        *nextPoint++ = std::isnan(point.value) ? 0.0F : coordinate(point.value - refValue);
+        *nextColor++ = red;
+        *nextColor++ = green;
+        *nextColor++ = blue;
+        *nextColor++ = opacity;
+    };
+    // Deliberate: the line to the zone keeps its full opacity, even across a gap.
+    const point_t& before = first > 0 ? data.points[first - 1] : reference;
+    const float opacity = isDrawn(before, reference) ? alpha : 0.0F;
+    add(before, opacity);
+    add(reference, opacity);
+    for (unsigned i = first + 1; i < first + count; ++i) {
+        const point_t& from = data.points[i - 1];
+        const point_t& to = data.points[i];
+        const bool isGap = to.time - from.time > threshold;
+        const float lineOpacity = !isDrawn(from, to) ? 0.0F : isGap ? alpha * 0.25F : alpha;
+        add(to, lineOpacity);
+        add(to, lineOpacity);
+    }
+}
+
+void glCurveRenderer_t::loosePoints_t::draw(unsigned count, double xCenter, double yCenter) const
+{
+    glEnableClientState(GL_VERTEX_ARRAY);
+    glEnableClientState(GL_COLOR_ARRAY);
+    glPushMatrix();
+    glTranslated(refTime - xCenter, refValue - yCenter, 0.0);
+    glVertexPointer(2, GL_FLOAT, 0, points.data());
+    glColorPointer(4, GL_FLOAT, 0, colors.data());
+    glDrawArrays(GL_LINE_STRIP, 0, static_cast<GLsizei>(2 * count - 1));
+    glPopMatrix();
+    glDisableClientState(GL_VERTEX_ARRAY);
+    glDisableClientState(GL_COLOR_ARRAY);
+}
+
+} // namespace zorbin_qt_gui

@@ -1,0 +1,80 @@
+#include "qtCompat_p.h"
+
+#include "glWidgetBase.h"
+
+#include <QOpenGLContext>
+#if QT_VERSION >= QT_VERSION_CHECK(6, 0, 0)
+#include <QOffscreenSurface>
+#include <QOpenGLFunctions>
+#endif
+
+namespace zorbin_qt_gui {
+
+#if QT_VERSION >= QT_VERSION_CHECK(6, 0, 0)
+namespace {
+
+QSurfaceFormat fixedFunctionFormat()
+{
+    QSurfaceFormat format;
+    format.setRenderableType(QSurfaceFormat::OpenGL);
+    format.setVersion(2, 1);
+    format.setProfile(QSurfaceFormat::CompatibilityProfile);
+    return format;
+}
+
+} // namespace
+
+void setUpGlFormat(QWidget& glWidget)
+{
+    static_cast<glWidgetBase_t&>(glWidget).setFormat(fixedFunctionFormat());
+}
+
+QOpenGLContext* glContextOf(const QWidget& glWidget)
+{
+    QOpenGLContext* const context = static_cast<const glWidgetBase_t&>(glWidget).context();
+    if (context == nullptr || context->isOpenGLES() ||
+        context->format().profile() == QSurfaceFormat::CoreProfile)
+        return nullptr;
+    return context;
+}
+
+std::string glVendor()
+{
+    QOpenGLContext context;
+    context.setFormat(fixedFunctionFormat());
+    QOffscreenSurface surface;
+    surface.setFormat(fixedFunctionFormat());
+    surface.create();
+    if (!context.create() || context.isOpenGLES() ||
+        context.format().profile() == QSurfaceFormat::CoreProfile || !context.makeCurrent(&surface))
+        return {};
+    const GLubyte* const vendor = context.functions()->glGetString(GL_VENDOR);
+    return vendor == nullptr ? std::string() : reinterpret_cast<const char*>(vendor);
+}
+#else
+void setUpGlFormat(QWidget& /*glWidget*/)
+{
+}
+
+QOpenGLContext* glContextOf(const QWidget& glWidget)
+{
+    const QGLContext* const context = static_cast<const glWidgetBase_t&>(glWidget).context();
+    return context != nullptr && context->isValid() ? context->contextHandle() : nullptr;
+}
+
+std::string glVendor()
+{
+    if (!QGLFormat::hasOpenGL())
+        return {};
+    QGLWidget probe;
+    if (!probe.isValid())
+        return {};
+    probe.makeCurrent();
+    if (QGLContext::currentContext() != probe.context())
+        return {};
+    const GLubyte* const vendor = glGetString(GL_VENDOR);
+    return vendor == nullptr ? std::string() : reinterpret_cast<const char*>(vendor);
+}
+#endif
+
+} // namespace zorbin_qt_gui
