@@ -210,6 +210,8 @@ latLonEditor_t::coordFormat_t latLonEditor_t::selectedFormat() const
 
 void latLonEditor_t::connectFormatSelector(coordFormatSelector_t* other, bool bothWays)
 {
+    if (other == nullptr) // disconnect() would take it for anyone
+        return;
     coordFormatSelector_t* const own = m_d->formatSelector;
     connect(other, &coordFormatSelector_t::selectionChanged, own,
             &coordFormatSelector_t::changeSelection, Qt::UniqueConnection);

@@ -45,7 +45,8 @@ public:
     coordFormat_t selectedFormat() const;
 
     /// Lets \p other, not owned, choose the notation, too; with \p bothWays it also follows what is
-    /// chosen here, otherwise it no longer does. One selector may drive several editors.
+    /// chosen here, otherwise it no longer does. One selector may drive several editors. None is
+    /// ignored.
     void connectFormatSelector(coordFormatSelector_t* other, bool bothWays);
 
 Q_SIGNALS:
@@ -60,7 +61,8 @@ public Q_SLOTS:
     void setCoordinateFormat(latLonEditor_t::coordFormat_t format_);
     /// Shows or hides the editor's own selector of the notation, hidden at first.
     void showFormatSelector(bool show_);
-    /// Shows a value; one that isn't finite empties the field.
+    /// Shows a value. One that isn't finite, or has more digits of degrees than the field, empties
+    /// the field.
     void setValue(double value_);
 
 private Q_SLOTS:
