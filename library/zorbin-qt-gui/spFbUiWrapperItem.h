@@ -58,8 +58,8 @@ public:
     /// Stores what was reported. The lamp stays as it is.
     void setFeedbackValue(const QVariant& value);
     /// Stores what is asked for and shows it in the widget, whose signals tell of the change. A
-    /// value beyond the widget's range is shown as its nearest one. A line edit's cursor goes to
-    /// the end.
+    /// value beyond the widget's range is shown as its nearest one, an index that a combo box
+    /// doesn't have as none. A line edit's cursor goes to the end.
     void setSetpointAndWidgetValue(const QVariant& value);
     /// Shows the feedback in the widget; the setpoint follows only through the widget's signals.
     void reset();
