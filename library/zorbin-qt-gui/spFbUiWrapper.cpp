@@ -10,6 +10,7 @@
 #include <QSignalMapper>
 #include <QSlider>
 #include <QSpinBox>
+#include <algorithm>
 #include <vector>
 
 namespace zorbin_qt_gui {
@@ -224,15 +225,13 @@ bool spFbUiWrapper_t::allSpFbMatch() const
 void spFbUiWrapper_t::updateFeedback(unsigned int id, QVariant value)
 {
     const int key = static_cast<int>(id);
+    if (lookupWrapperItem(key).spFbMatch())
+        lookupWrapperItem(key).setSetpointAndWidgetValue(value);
+    if (!idExists(key)) // a slot has removed it
+        return;
     spFbUiWrapperItem_t& item = lookupWrapperItem(key);
-    if (item.spFbMatch()) {
-        item.setSetpointAndWidgetValue(value);
-        if (!idExists(key)) // a slot has removed it
-            return;
-    }
-    spFbUiWrapperItem_t& present = lookupWrapperItem(key);
-    present.setFeedbackValue(value);
-    present.updateIndicator();
+    item.setFeedbackValue(value);
+    item.updateIndicator();
 }
 
 void spFbUiWrapper_t::initGui()
@@ -405,9 +404,11 @@ void spFbUiWrapper_t::handleSliderChanged(int id)
 // The widget of `id` shows `value`.
 void spFbUiWrapper_t::handleChanged(int id, const QVariant& value)
 {
-    spFbUiWrapperItem_t& item = lookupWrapperItem(id);
-    item.setSetpointAndWidgetValue(value);
-    item.updateIndicator();
+    lookupWrapperItem(id).setSetpointAndWidgetValue(value);
+    // Though the value stays, a line edit's cursor may have moved, and a slot have removed the
+    // item.
+    if (idExists(id))
+        lookupWrapperItem(id).updateIndicator();
 }
 
 QColor spFbUiWrapper_t::getConditionColor(colorGetter_t getter, int id) const

@@ -28,8 +28,9 @@ class spFbUiWrapperItem_t;
 /// Widgets and lamps belong to the application, which may delete them any time: a lamp that is gone
 /// is left out, the item of a widget that is gone keeps its values. Widgets' signals are never
 /// blocked, so valueChanged() also tells of changes by the program. A wrong id, a null handle and a
-/// widget that isn't supported are fatal errors. Don't delete the binder in a slot of
-/// valueChanged(); use deleteLater(). GUI thread only. \image html spFbUiWrapper.png
+/// widget that isn't supported are fatal errors. In a slot of valueChanged() other widgets and all
+/// lamps may be deleted, items removed and added; the binder itself and the widget that has changed
+/// only by deleteLater(). GUI thread only. \image html spFbUiWrapper.png
 class ZORBIN_QT_GUI_EXPORT spFbUiWrapper_t : public QObject
 {
     Q_OBJECT
@@ -57,7 +58,8 @@ public:
                           QAbstractSlider* widget); ///< Also for a QDial.
     /// @}
 
-    /// Unbinds a widget; it and its lamp stay as they are.
+    /// Unbinds a widget; it and its lamp stay as they are. A widget that is bound again announces
+    /// each change once for every time that it has been bound.
     void removeWrapper(int id);
     /// Whether an id is taken.
     bool idExists(int id) const;
