@@ -3,6 +3,7 @@
 #include <QtTest>
 #include <limits>
 
+using zorbin_qt_gui::rounded;
 using zorbin_qt_gui::truncated;
 using zorbin_qt_gui::truncatedOrLeast;
 using zorbin_qt_gui::truncatedToUnsigned;
@@ -18,6 +19,8 @@ private Q_SLOTS:
     void truncatesTowardZeroOrGivesTheLeast();
     void truncatesToUnsignedAndSaturates_data();
     void truncatesToUnsignedAndSaturates();
+    void roundsHalvesToTheEven_data();
+    void roundsHalvesToTheEven();
 };
 
 void tst_numbers::truncatesTowardZeroAndSaturates_data()
@@ -109,6 +112,27 @@ void tst_numbers::truncatesToUnsignedAndSaturates()
 {
     QFETCH(double, x);
     QTEST(truncatedToUnsigned(x), "wanted");
+}
+
+void tst_numbers::roundsHalvesToTheEven_data()
+{
+    QTest::addColumn<double>("x");
+    QTest::addColumn<double>("wanted");
+    QTest::newRow("zero") << 0.0 << 0.0;
+    QTest::newRow("just below a half") << 0.49999999999999994 << 0.0;
+    QTest::newRow("a half") << 0.5 << 0.0;
+    QTest::newRow("just above a half") << 0.5000000000000001 << 1.0;
+    QTest::newRow("one and a half") << 1.5 << 2.0;
+    QTest::newRow("two and a half") << 2.5 << 2.0;
+    QTest::newRow("whole") << 2147483648.0 << 2147483648.0;
+    QTest::newRow("a fraction beyond the greatest int") << 2147483648.75 << 2147483649.0;
+    QTest::newRow("greatest") << 2251799813685248.0 << 2251799813685248.0;
+}
+
+void tst_numbers::roundsHalvesToTheEven()
+{
+    QFETCH(double, x);
+    QTEST(rounded(x), "wanted");
 }
 
 QTEST_APPLESS_MAIN(tst_numbers)
