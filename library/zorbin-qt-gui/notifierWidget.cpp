@@ -33,16 +33,25 @@ layout_t* withoutSpace(layout_t* layout, int margin = 0)
 
 struct notifierWidgetPrivate_t
 {
-    explicit notifierWidgetPrivate_t(QWidget* owner)
-        : notifier(new QWidget(owner)), notifierLayout(withoutSpace(new QVBoxLayout(notifier))),
+    explicit notifierWidgetPrivate_t(QWidget* owner_)
+        : owner(owner_), notifier(new QWidget(owner_)),
+          notifierLayout(withoutSpace(new QVBoxLayout(notifier))),
           promptLayout(withoutSpace(new QStackedLayout))
     {
-        withoutSpace(new QHBoxLayout(owner));
+        withoutSpace(new QHBoxLayout(owner_));
         notifierLayout->addLayout(promptLayout);
         notifier->show();
         animation.setPropertyName("geometry");
         animation.setDuration(slideMs);
         updateTimer.setSingleShot(true);
+    }
+
+    // What every change begins with.
+    void beginChange()
+    {
+        owner->setUpdatesEnabled(false);
+        updateTimer.start(settleMs); // a hidden widget gets no layout request
+        finishSlide();
     }
 
     void finishSlide()
@@ -51,11 +60,14 @@ struct notifierWidgetPrivate_t
             animation.setCurrentTime(slideMs);
     }
 
-    // The frame in which a widget is shown; null if it isn't.
+    // The frame in which a widget is shown; null if it isn't. A dismissed notification may be a
+    // frame in the strip, too, but it isn't in a layout.
     QFrame* frameOf(const QWidget* widget) const
     {
         auto* const frame = qobject_cast<QFrame*>(widget->parentWidget());
-        return frame != nullptr && frame->parentWidget() == notifier ? frame : nullptr;
+        const bool isShown = frame != nullptr && (notifierLayout->indexOf(frame) >= 0 ||
+                                                  promptLayout->indexOf(frame) >= 0);
+        return isShown ? frame : nullptr;
     }
 
     void removeFrame(QFrame* frame) const
@@ -78,6 +90,7 @@ struct notifierWidgetPrivate_t
         return frame;
     }
 
+    QWidget* const owner;
     QPointer<QWidget> mainWidget;
     QWidget* const notifier; // the strip
     bool isAnimated = false;
@@ -131,8 +144,7 @@ void notifierWidget_t::showNotification(QWidget* notification_)
 {
     if (isNull(notification_, "showNotification"))
         return;
-    setUpdatesEnabled(false);
-    m_d->finishSlide();
+    m_d->beginChange();
     QFrame* const frame = m_d->frameFor(notification_, 0);
     m_d->notifierLayout->insertWidget(0, frame);
     frame->show();
@@ -155,8 +167,7 @@ void notifierWidget_t::dismissNotification(QWidget* notification_)
     QFrame* const frame = m_d->frameOf(notification_);
     if (frame == nullptr)
         return;
-    setUpdatesEnabled(false);
-    m_d->finishSlide();
+    m_d->beginChange();
     notification_->setParent(m_d->notifier);
     notification_->hide();
     m_d->removeFrame(frame);
@@ -166,8 +177,7 @@ void notifierWidget_t::showPrompt(QWidget* prompt_)
 {
     if (isNull(prompt_, "showPrompt"))
         return;
-    setUpdatesEnabled(false);
-    m_d->finishSlide();
+    m_d->beginChange();
     QFrame* const frame = m_d->frameFor(prompt_, 2);
     frame->setLineWidth(2);
     m_d->promptLayout->addWidget(frame);
