@@ -9,6 +9,7 @@
 #include <QPainter>
 #include <QPointer>
 #include <algorithm>
+#include <cstddef>
 #include <cstdlib>
 #include <limits>
 #include <vector>
@@ -101,21 +102,27 @@ struct baseWaterfallViewPrivate_t
             }
             return;
         }
-        // Turned in blocks, so that neither side misses the cache with every pixel.
+        // Turned in blocks, so that neither side misses the cache with every pixel, and in bands,
+        // so that what is turned is still in the cache when it is drawn.
         constexpr int block = 16;
-        QImage turned(rect.size(), ring.format());
-        for (int left = 0; left < rect.width(); left += block) {
-            const int right = std::min(left + block, rect.width());
-            const QRgb* columns[block];
-            for (int x = left; x < right; ++x)
-                columns[x - left] = columnAt(rect.left() + x) + rect.top();
-            for (int y = 0; y < rect.height(); ++y) {
-                auto* const out = reinterpret_cast<QRgb*>(turned.scanLine(y));
+        constexpr int bandHeight = 32;
+        QImage band(rect.width(), std::min(bandHeight, rect.height()), ring.format());
+        for (int top = rect.top(); top <= rect.bottom(); top += bandHeight) {
+            const int height = std::min(bandHeight, rect.bottom() + 1 - top);
+            QRgb* const turned = reinterpret_cast<QRgb*>(band.bits());
+            for (int left = 0; left < rect.width(); left += block) {
+                const int right = std::min(left + block, rect.width());
+                const QRgb* columns[block];
                 for (int x = left; x < right; ++x)
-                    out[x] = columns[x - left][y];
+                    columns[x - left] = columnAt(rect.left() + x) + top;
+                for (int y = 0; y < height; ++y) {
+                    QRgb* const out = turned + static_cast<std::ptrdiff_t>(y) * rect.width();
+                    for (int x = left; x < right; ++x)
+                        out[x] = columns[x - left][y];
+                }
             }
+            painter.drawImage(QPoint(rect.left(), top), band, QRect(0, 0, rect.width(), height));
         }
-        painter.drawImage(rect.topLeft(), turned);
     }
 };
 
