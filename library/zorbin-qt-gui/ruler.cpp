@@ -155,6 +155,7 @@ struct ruler_t::rulerWidgetPriv_t
         scalar = std::pow(multiplierBase, n);
     }
 
+    // The multiples of an interval inside the range, unless they are more than two a pixel.
     std::optional<grid_t> grid(double interval_) const
     {
         if (!(interval_ > 0.0 && std::isfinite(interval_)))
@@ -167,24 +168,10 @@ struct ruler_t::rulerWidgetPriv_t
         const double startTick = interval_ * first;
         const double endTick = last * interval_;
         const double steps = std::ceil(std::abs(endTick - startTick) / interval_);
-        if (!(steps < 1e18)) // NaN, too
+        if (!(steps < 2.0 * pixels)) // NaN, too
             return std::nullopt;
         return grid_t{interval_, startTick, endTick, isRising ? 1 : -1,
                       static_cast<qint64>(steps) + 1};
-    }
-
-    // How many pixels ticks spread over: more or less than the axis has, until the scale follows a
-    // change of the edge.
-    double spread() const { return std::max<double>(pixels, std::abs(range * pxScale)); }
-
-    // The multiples of an interval, unless there are more than two a pixel. Those at the ends may
-    // come on top.
-    std::optional<grid_t> sparseGrid(double interval_) const
-    {
-        const std::optional<grid_t> ticks = grid(interval_);
-        if (!ticks || static_cast<double>(ticks->count) > 2.0 * spread() + 2.0)
-            return std::nullopt;
-        return ticks;
     }
 
     unsigned position(double value) const
@@ -192,22 +179,14 @@ struct ruler_t::rulerWidgetPriv_t
         return truncatedToUnsigned(std::abs(value - start) * std::abs(pxScale));
     }
 
-    // Adds ticks without labels to the solution. However dense they are, every pixel that has one
-    // gets one: ticks are only left out where hundreds share a pixel.
+    // Adds ticks without labels to the solution.
     void addTicks(tick_t::type_t type, double interval_)
     {
         const std::optional<grid_t> ticks = grid(interval_);
         if (!ticks)
             return;
-        constexpr double maxPerPixel = 200.0;
-        const double density = static_cast<double>(ticks->count) / std::max(spread(), 1.0);
-        const auto stride = static_cast<qint64>(density / maxPerPixel) + 1;
-        const qint64 last = ticks->count - 1;
-        for (qint64 i = 0;; i = std::min(i + stride, last)) {
+        for (qint64 i = 0; i < ticks->count; ++i)
             solution.push_back({type, position(ticks->value(i)), std::string()});
-            if (i == last)
-                break;
-        }
     }
 
     // How far a label reaches along the axis.
@@ -223,7 +202,7 @@ struct ruler_t::rulerWidgetPriv_t
     // labels are made one by one and no more than needed. Counts them.
     bool labelFit(const ruler_t& ruler, double interval_, unsigned& labelsTried)
     {
-        const std::optional<grid_t> ticks = sparseGrid(interval_);
+        const std::optional<grid_t> ticks = grid(interval_);
         if (!ticks)
             return false;
         fit_t fit;
@@ -672,7 +651,7 @@ void ruler_t::step(int n)
 void ruler_t::calculateFit(double interval, fit_t& fit)
 {
     fit = fit_t();
-    const std::optional<grid_t> ticks = m_d->sparseGrid(interval);
+    const std::optional<grid_t> ticks = m_d->grid(interval);
     if (!ticks)
         return;
     fit.startTick = ticks->startTick;

@@ -137,8 +137,8 @@ public:
     void calculateTickPlacement();
     /// Lays ticks at the multiples of \p interval, a value, from the first one inside the range on,
     /// all with labels and TICK_MINOR. If no multiple is inside the range, two outside come back.
-    /// Ticks for more than two a pixel aren't made: \p fit is left empty then, and for an interval
-    /// that isn't positive and finite.
+    /// More ticks than two for each pixel of the axis aren't made: \p fit is left empty then, and
+    /// for an interval that isn't positive and finite.
     void calculateFit(double interval, fit_t& fit);
     /// Whether labels at the multiples of \p interval, a value, can be drawn without overlap. Not
     /// so where calculateFit() makes no ticks.

@@ -153,8 +153,10 @@ std::vector<double> plainRuler_t::tickValues(double interval, fit_t& fit) const
     fit.startTick = interval * first;
     fit.endTick = last * interval;
     const double steps = std::ceil(std::abs(fit.endTick - fit.startTick) / interval);
-    if (!(steps < 1e7))
+    if (!(steps + 1.0 <= 2.0 * m_pixels)) { // more than two a pixel
+        fit = fit_t();
         return {};
+    }
     std::vector<double> values;
     for (int i = 0; i <= static_cast<int>(steps); ++i)
         values.push_back(i * interval * (isRising ? 1 : -1) + fit.startTick);
@@ -187,7 +189,7 @@ unsigned plainRuler_t::extentAlong(const std::string& label) const
 bool plainRuler_t::labelFit(double interval)
 {
     const fit_t fit = calculateFit(interval);
-    bool isFree = true;
+    bool isFree = !fit.ticks.empty();
     double edge = -2147483647.0;
     for (const tick_t& tick : fit.ticks) {
         const unsigned half = (extentAlong(tick.label) + 1) / 2;
