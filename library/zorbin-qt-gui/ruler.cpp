@@ -131,6 +131,8 @@ struct ruler_t::rulerWidgetPriv_t
     double axisMin = std::numeric_limits<double>::lowest();
     double axisMax = std::numeric_limits<double>::max();
     labelSizes_t labelSizes;
+    QPixmap indicatorArrow; // null until it is painted in the present style
+    QStyle::StandardPixmap indicatorShape = QStyle::SP_ArrowUp;
 
     bool isHorizontal() const { return axisLocation == TOP || axisLocation == BOTTOM; }
     bool isVertical() const { return axisLocation == LEFT || axisLocation == RIGHT; }
@@ -268,16 +270,25 @@ struct ruler_t::rulerWidgetPriv_t
             painter.fillRect(0, first, ruler.width(), extent, color);
     }
 
-    void paintIndicator(QPainter& painter, ruler_t& ruler) const
+    // A style makes its icons anew every time, which takes longer than painting the ruler.
+    const QPixmap& arrow(QStyle::StandardPixmap shape, int size)
+    {
+        if (indicatorArrow.isNull() || shape != indicatorShape) {
+            indicatorArrow = QApplication::style()->standardIcon(shape).pixmap(size, size);
+            indicatorShape = shape;
+        }
+        return indicatorArrow;
+    }
+
+    void paintIndicator(QPainter& painter, ruler_t& ruler)
     {
         if (!indicatorOn)
             return;
         constexpr int size = 16;
         const int along =
             paintable(static_cast<unsigned>(ruler.valueToPixel(indicatorValue))) - size / 2;
-        const auto paint = [&painter](QStyle::StandardPixmap arrow, int x, int y) {
-            const QIcon icon = QApplication::style()->standardIcon(arrow);
-            painter.drawPixmap(x, y, icon.pixmap(size, size));
+        const auto paint = [&](QStyle::StandardPixmap shape, int x, int y) {
+            painter.drawPixmap(x, y, arrow(shape, size));
         };
         switch (axisLocation) {
         case BOTTOM:
@@ -772,6 +783,8 @@ void ruler_t::changeEvent(QEvent* event)
     QWidget::changeEvent(event);
     if (event->type() == QEvent::FontChange)
         m_d->solution.clear();
+    if (event->type() == QEvent::StyleChange || event->type() == QEvent::PaletteChange)
+        m_d->indicatorArrow = QPixmap();
 }
 
 void ruler_t::paintEvent(QPaintEvent* /*event*/)
