@@ -19,8 +19,9 @@ class stripChartImpl_t;
 /// per process at the first chart or curve; see stripChartImpl_t::implementationType().
 ///
 /// The chart owns the curves added to it and deletes those still in it when it is destroyed. A
-/// curve may be deleted before its chart; it then leaves the chart by itself. Slots connected to
-/// the signals may delete the chart or a curve. GUI thread only.
+/// curve may be deleted before its chart; it then leaves the chart by itself. Where curves overlap,
+/// the one at the higher address is on top. Slots connected to the signals may delete the chart or
+/// a curve. GUI thread only.
 ///
 /// \image html surveyConsole.png
 class ZORBIN_QT_GUI_EXPORT stripChart_t : public QWidget
