@@ -7,6 +7,7 @@
 #include <QScopedValueRollback>
 #include <QStringListModel>
 #include <algorithm>
+#include <vector>
 
 namespace zorbin_qt_gui {
 
@@ -135,12 +136,27 @@ void multiPathSelectDialog_t::addAllClicked()
 
 void multiPathSelectDialog_t::deleteClicked()
 {
-    // From the last row on, so that those to come keep their numbers.
-    QItemSelection ranges = m_d->ui.selectedListView->selectionModel()->selection();
-    std::sort(ranges.begin(), ranges.end(),
-              [](const auto& a, const auto& b) { return a.top() > b.top(); });
-    for (const QItemSelectionRange& range : qAsConst(ranges))
-        m_d->selectedModel->removeRows(range.top(), range.height());
+    // All at once: thousands of rows would take minutes one by one.
+    QItemSelectionModel* const selection = m_d->ui.selectedListView->selectionModel();
+    const QStringList paths = m_d->selectedModel->stringList();
+    std::vector<bool> isSelected(static_cast<std::size_t>(paths.size()), false);
+    int first = static_cast<int>(paths.size()); // row deleted
+    const QItemSelection ranges = selection->selection();
+    for (const QItemSelectionRange& range : ranges) {
+        first = std::min(first, range.top());
+        std::fill_n(isSelected.begin() + range.top(), range.height(), true);
+    }
+    if (first == paths.size())
+        return;
+    QStringList kept;
+    for (int i = 0; i < paths.size(); ++i)
+        if (!isSelected[static_cast<std::size_t>(i)])
+            kept.append(paths[i]);
+    m_d->selectedModel->setStringList(kept);
+    // The keyboard goes on where rows are gone.
+    selection->setCurrentIndex(
+        m_d->selectedModel->index(std::min(first, static_cast<int>(kept.size()) - 1)),
+        QItemSelectionModel::NoUpdate);
     updateButtons();
 }
 

@@ -19,8 +19,10 @@ class ZORBIN_QT_GUI_EXPORT multiPathSelectDialog_t : public QDialog
     Q_OBJECT
 
 public:
-    /// Makes a dialog in the current directory of the process that offers the entries whose names
-    /// match one of \p nameFilters, wildcards; all of them if there are none.
+    /// Makes a dialog in the current directory of the process. It offers entries whose names match
+    /// one of \p nameFilters, wildcards; of any name if there are none. It offers nothing until
+    /// setFdFilters() has asked for a kind of entries and setDirectory() has listed them, or the
+    /// user: mfsDialog_t and mdsDialog_t need setDirectory(), too.
     explicit multiPathSelectDialog_t(const QStringList& nameFilters, QWidget* parent = nullptr);
     ~multiPathSelectDialog_t() override;
 
@@ -41,7 +43,7 @@ public:
 
     /// Which kinds of entries are offered.
     QDir::Filters fdFilters() const;
-    /// Sets it, from the next change of the directory on; no filter at first.
+    /// Sets it, from the next change of the directory on; QDir::Filters() at first, which are none.
     void setFdFilters(QDir::Filters filters);
 
     /// The widgets of the dialog (ui_multiPathSelectDialog.h); owned by the dialog.
