@@ -94,7 +94,7 @@ QWidget* picture()
     for (int y = 0; y < seabed.height(); ++y) {
         for (int x = 0; x < seabed.width(); ++x) {
             const double ripple = 0.5 + 0.5 * std::sin(0.25 * x + 2.0 * std::sin(0.06 * y));
-            painter.setPen(QColor::fromHsvF(0.09, 0.6, 0.25 + 0.7 * ripple));
+            painter.setPen(QColor::fromHsv(32, 153, qRound(64.0 + 178.0 * ripple)));
             painter.drawPoint(x, y);
         }
     }
