@@ -5,6 +5,7 @@
 #include "palette.h"
 #include "paletteChooser.h"
 #include "pictures.h"
+#include "sonarPanel.h"
 #include "speedPanel.h"
 #include "stripChart.h"
 #include "texts.h"
@@ -68,6 +69,16 @@ readResult_t testLine()
                            {time, swing < 0.0 ? swing + 360.0 : swing});
     }
     return line;
+}
+
+// A ping a second for a minute.
+sonarRecord_t testSonar()
+{
+    sonarRecord_t record;
+    record.slantRange = 30.0;
+    for (int second = 0; second < 60; ++second)
+        record.pings.push_back({START + second, {-10.0F, -20.0F}});
+    return record;
 }
 
 // The console over the test line, its real time set by hand.
@@ -239,6 +250,8 @@ private Q_SLOTS:
     void fitsTheScreen();
     void namesDamage();
     void chartKeepsItsHeightWhenAReadOutComes();
+    void turnsPages();
+    void sonarFollowsTheClock();
     // colours
     void startsWithTheDepthPalette();
     void coloursTheDepthByValue();
@@ -275,6 +288,7 @@ private Q_SLOTS:
     void writesPositions();
     // the program
     void writesAScreenshot();
+    void screenshotsAreAlike_data();
     void screenshotsAreAlike();
     void findsThePalettesOfTheSourceTree();
     void replaysTheBoat();
@@ -284,6 +298,8 @@ private Q_SLOTS:
     void refusesBadOptions();
     void refusesBadRecordings_data();
     void refusesBadRecordings();
+    void refusesABadSonarRecord();
+    void reportsDamagedPings();
     void reportsDamagedLines();
     void reportsAPictureItCannotWrite();
 };
@@ -781,15 +797,23 @@ void tst_surveyConsole::fitsTheScreen()
     readResult_t ship = readRecording(SHIP);
     QCOMPARE(ship.error, QString());
     mainWindow_t window("underway-10min.log", std::move(ship), [] { return 0.0; });
+    window.addSonar("sidescan-600khz.pgm", testSonar());
     window.resize(size);
     window.show();
     QVERIFY(QTest::qWaitForWindowExposed(&window));
     window.clock()->seek(window.clock()->start() + 500.0);
     QCoreApplication::processEvents();
     QCOMPARE(window.size(), size);
-    for (const QLabel* label : window.findChildren<QLabel*>()) {
-        QVERIFY2(label->width() >= label->sizeHint().width(), qPrintable(label->text()));
-        QVERIFY2(label->height() >= label->sizeHint().height(), qPrintable(label->text()));
+    for (const mainWindow_t::page_t page : {mainWindow_t::PAGE_SONAR, mainWindow_t::PAGE_CHARTS}) {
+        window.showPage(page);
+        QCoreApplication::processEvents();
+        QCOMPARE(window.size(), size);
+        for (const QLabel* label : window.findChildren<QLabel*>()) {
+            if (!label->isVisible())
+                continue;
+            QVERIFY2(label->width() >= label->sizeHint().width(), qPrintable(label->text()));
+            QVERIFY2(label->height() >= label->sizeHint().height(), qPrintable(label->text()));
+        }
     }
     for (const chartPanel_t* panel : window.chartPanels())
         QVERIFY(panel->chart()->height() >= size.height() / 5);
@@ -817,6 +841,46 @@ void tst_surveyConsole::chartKeepsItsHeightWhenAReadOutComes()
     QCOMPARE(console.area(PANEL_DEPTH)->height(), height);
     QTest::mouseMove(console.find<QLabel>("timeLabel"));
     QTRY_COMPARE(console.text(PANEL_DEPTH, "pointerLabel"), QString());
+}
+
+void tst_surveyConsole::turnsPages()
+{
+    console_t console;
+    QVERIFY(!console.find<QToolButton>("pageButton0")); // there is only one page
+    console.window.addSonar("test.pgm", testSonar());
+    QVERIFY(console.isReady());
+    sonarPanel_t* sonar = console.window.sonarPanel();
+    chartPanel_t* charts = console.panel(PANEL_DEPTH);
+    auto* chartsButton = console.find<QToolButton>("pageButton0");
+    auto* sonarButton = console.find<QToolButton>("pageButton1");
+    QVERIFY(charts->isVisible());
+    QVERIFY(!sonar->isVisible());
+    QVERIFY(chartsButton->isChecked());
+    QTest::mouseClick(sonarButton, Qt::LeftButton);
+    QVERIFY(!charts->isVisible());
+    QVERIFY(sonar->isVisible());
+    QVERIFY(sonarButton->isChecked());
+    QVERIFY(!chartsButton->isChecked());
+    QTest::keyClick(&console.window, Qt::Key_F1);
+    QVERIFY(charts->isVisible());
+    QTest::keyClick(&console.window, Qt::Key_F2);
+    QVERIFY(sonar->isVisible());
+}
+
+void tst_surveyConsole::sonarFollowsTheClock()
+{
+    console_t console;
+    console.window.addSonar("test.pgm", testSonar());
+    QVERIFY(console.isReady());
+    const pingModel_t* pings = console.window.sonarPanel()->model();
+    QCOMPARE(pings->end(), 1);
+    console.clock()->setRunning(true);
+    console.pass(30.5);
+    QCOMPARE(pings->end(), 31);
+    console.clock()->seek(START + 10.0);
+    QCOMPARE(pings->end(), 11);
+    console.clock()->seek(START + 600.0); // ten times the record
+    QCOMPARE(pings->end(), 601);
 }
 
 void tst_surveyConsole::startsWithTheDepthPalette()
@@ -1341,14 +1405,22 @@ void tst_surveyConsole::writesAScreenshot()
     QVERIFY2(second > 5000, qPrintable(QString::number(second)));
 }
 
+void tst_surveyConsole::screenshotsAreAlike_data()
+{
+    QTest::addColumn<QString>("page");
+    QTest::newRow("charts") << "charts";
+    QTest::newRow("sonar") << "sonar";
+}
+
 void tst_surveyConsole::screenshotsAreAlike()
 {
+    QFETCH(QString, page);
     QTemporaryDir directory;
-    QCOMPARE(runConsole({"--screenshot", directory.filePath("1.png")}).exitCode, 0);
-    QCOMPARE(runConsole({"--screenshot", directory.filePath("2.png")}).exitCode, 0);
-    QCOMPARE(
-        firstDifference(QImage(directory.filePath("1.png")), QImage(directory.filePath("2.png"))),
-        QString());
+    const QString first = directory.filePath("1.png");
+    const QString second = directory.filePath("2.png");
+    QCOMPARE(runConsole({"--page", page, "--screenshot", first}).exitCode, 0);
+    QCOMPARE(runConsole({"--page", page, "--screenshot", second}).exitCode, 0);
+    QCOMPARE(firstDifference(QImage(first), QImage(second)), QString());
 }
 
 void tst_surveyConsole::findsThePalettesOfTheSourceTree()
@@ -1385,7 +1457,8 @@ void tst_surveyConsole::printsHelp()
     const outcome_t outcome = runConsole({"--help"});
     QCOMPARE(outcome.exitCode, 0);
     QCOMPARE(outcome.err, QString());
-    for (const char* option : {"--recording", "--speed", "--duration", "--screenshot", "--help"})
+    for (const char* option :
+         {"--recording", "--sonar", "--page", "--speed", "--duration", "--screenshot", "--help"})
         QVERIFY2(outcome.out.contains(option), option);
 }
 
@@ -1405,6 +1478,8 @@ void tst_surveyConsole::refusesBadOptions_data()
     QTest::newRow("duration 0") << QStringList{"--duration", "0"} << duration.arg("0");
     QTest::newRow("duration -1") << QStringList{"--duration=-1"} << duration.arg("-1");
     QTest::newRow("duration infinite") << QStringList{"--duration", "inf"} << duration.arg("inf");
+    QTest::newRow("page") << QStringList{"--page", "chart"}
+                          << "surveyConsole: --page takes charts or sonar, not 'chart'\n";
     QTest::newRow("argument") << QStringList{"line.log"}
                               << "surveyConsole: unexpected argument 'line.log'\n";
     QTest::newRow("empty screenshot")
@@ -1452,6 +1527,30 @@ void tst_surveyConsole::refusesBadRecordings()
     const outcome_t outcome = runConsole({"--recording", path});
     QCOMPARE(outcome.err, message.arg(path));
     QCOMPARE(outcome.exitCode, 1);
+}
+
+void tst_surveyConsole::refusesABadSonarRecord()
+{
+    const outcome_t outcome = runConsole({"--sonar", SHIP});
+    QCOMPARE(outcome.err, QStringLiteral("surveyConsole: cannot open '%1': No such file or "
+                                         "directory\n")
+                              .arg(QString(SHIP).replace(".log", ".csv")));
+    QCOMPARE(outcome.exitCode, 1);
+}
+
+void tst_surveyConsole::reportsDamagedPings()
+{
+    const QTemporaryDir directory;
+    const QString path = directory.filePath("record.pgm");
+    QVERIFY(writeFile(path, "P5\n1 2\n255\n\x80")); // the second row is missing
+    QVERIFY(writeFile(directory.filePath("record.csv"),
+                      "time_utc,slant_range_m\n2013-09-10T21:13:08Z,30\n"
+                      "2013-09-10T21:13:09Z,30\n"));
+    const outcome_t outcome = runConsole(
+        {"--sonar", path, "--page", "sonar", "--screenshot", directory.filePath("1.png")});
+    QCOMPARE(outcome.err,
+             QStringLiteral("surveyConsole: left out 1 damaged pings of '%1'\n").arg(path));
+    QCOMPARE(outcome.exitCode, 0);
 }
 
 void tst_surveyConsole::reportsDamagedLines()

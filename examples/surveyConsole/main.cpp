@@ -2,7 +2,9 @@
 // soundings are missing, at the charts' scales following the data, and at the read-out under each
 // chart and the arrows on its rulers when the pointer is over it. Try the seek slider and 100x, a
 // drag over a value ruler (its "Auto" button goes back), another palette for the depth, and another
-// colour for a curve: click the square beside its value.
+// colour for a curve: click the square beside its value. The second page shows a sidescan record:
+// drag over the histogram to set the levels that the colours are stretched over, over the range
+// ruler to look closer, and the slider below to look back.
 
 #include "mainWindow.h"
 #include "recordingReader.h"
@@ -27,6 +29,8 @@ const int SCREENSHOT_FRAMES = 600;
 struct options_t
 {
     QString recording;
+    QString sonar;
+    bool showsSonar = false; // at first
     double speed = 1.0;
     double duration = 0.0; // s; 0.0: until closed
     QString screenshot;
@@ -62,10 +66,17 @@ bool readOptions(options_t* options)
     QCommandLineParser parser;
     parser.setApplicationDescription(QStringLiteral(
         "Replays a recorded survey line: depth, heading, speed, course and attitude in strip "
-        "charts."));
+        "charts, sidescan sonar in a waterfall."));
     const QCommandLineOption recording(
         QStringLiteral("recording"), QStringLiteral("Replay the NMEA 0183 log FILE."),
         QStringLiteral("FILE"), QStringLiteral(SURVEY_CONSOLE_DEFAULT_RECORDING));
+    const QCommandLineOption sonar(
+        QStringLiteral("sonar"),
+        QStringLiteral("Replay the sidescan record FILE, a PGM picture beside a CSV table."),
+        QStringLiteral("FILE"), QStringLiteral(SURVEY_CONSOLE_DEFAULT_SONAR));
+    const QCommandLineOption page(QStringLiteral("page"),
+                                  QStringLiteral("Show PAGE first: charts or sonar."),
+                                  QStringLiteral("PAGE"), QStringLiteral("charts"));
     const QCommandLineOption speed(QStringLiteral("speed"),
                                    QStringLiteral("Replay at N times real time, 1 to 100."),
                                    QStringLiteral("N"), QStringLiteral("1"));
@@ -78,7 +89,7 @@ bool readOptions(options_t* options)
                        "FILE and quit."),
         QStringLiteral("FILE"));
     const QCommandLineOption help = parser.addHelpOption();
-    parser.addOptions({recording, speed, duration, screenshot});
+    parser.addOptions({recording, sonar, page, speed, duration, screenshot});
     if (!parser.parse(QCoreApplication::arguments())) {
         complain(parser.errorText());
         return false;
@@ -86,7 +97,13 @@ bool readOptions(options_t* options)
     if (parser.isSet(help))
         parser.showHelp();
     options->recording = parser.value(recording);
+    options->sonar = parser.value(sonar);
+    options->showsSonar = parser.value(page) == QStringLiteral("sonar");
     options->screenshot = parser.value(screenshot);
+    if (!options->showsSonar && parser.value(page) != QStringLiteral("charts")) {
+        complain(QStringLiteral("--page takes charts or sonar, not '%1'").arg(parser.value(page)));
+        return false;
+    }
     if (!parser.positionalArguments().isEmpty()) {
         complain(QStringLiteral("unexpected argument '%1'")
                      .arg(parser.positionalArguments().constFirst()));
@@ -147,6 +164,15 @@ int main(int argc, char* argv[])
                      .arg(result.counts.bad)
                      .arg(result.counts.lines)
                      .arg(options.recording));
+    sonarResult_t sonar = readSonarRecord(options.sonar);
+    if (!sonar.error.isEmpty()) {
+        complain(sonar.error);
+        return EXIT_FAILURE;
+    }
+    if (sonar.record.damaged > 0)
+        complain(QStringLiteral("left out %1 damaged pings of '%2'")
+                     .arg(sonar.record.damaged)
+                     .arg(options.sonar));
 
     setResourceDirectory();
     theme::apply(&application);
@@ -157,6 +183,9 @@ int main(int argc, char* argv[])
     mainWindow_t window(QFileInfo(options.recording).fileName(), std::move(result), [&] {
         return isForPicture ? pictureTime : static_cast<double>(elapsed.nsecsElapsed()) * 1e-9;
     });
+    window.addSonar(QFileInfo(options.sonar).fileName(), std::move(sonar.record));
+    if (options.showsSonar)
+        window.showPage(mainWindow_t::PAGE_SONAR);
     window.resize(1280, 800);
     window.show();
     window.clock()->setSpeed(options.speed);

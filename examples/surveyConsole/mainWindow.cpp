@@ -2,6 +2,7 @@
 #include "chartPanel.h"
 #include "navigationPanel.h"
 #include "replayControls.h"
+#include "sonarPanel.h"
 #include "speedPanel.h"
 #include "theme.h"
 #include "timeAxis.h"
@@ -10,6 +11,7 @@
 #include <QGridLayout>
 #include <QHBoxLayout>
 #include <QShortcut>
+#include <QStackedWidget>
 #include <QVBoxLayout>
 
 namespace survey_console {
@@ -72,38 +74,18 @@ std::vector<chartPanelSetup_t> panelSetups()
 mainWindow_t::mainWindow_t(const QString& lineName, readResult_t line,
                            std::function<double()> realTime, QWidget* parent)
     : QWidget(parent), m_recording(std::move(line.recording)), m_clock(std::move(realTime)),
-      m_navigationPanel(new navigationPanel_t(lineName, line.counts, m_recording))
+      m_navigationPanel(new navigationPanel_t(lineName, line.counts, m_recording)),
+      m_pages(new QStackedWidget)
 {
     setWindowTitle(tr("Survey console - %1").arg(lineName));
-    auto* charts = new QGridLayout;
-    charts->setSpacing(SPACING);
     auto* controls = new replayControls_t(&m_clock);
-    for (const chartPanelSetup_t& setup : panelSetups()) {
-        auto* panel = new chartPanel_t(setup, m_recording);
-        const int index = static_cast<int>(m_chartPanels.size());
-        charts->addWidget(panel, index / COLUMNS, index % COLUMNS);
-        charts->setRowStretch(index / COLUMNS, 1);
-        charts->setColumnStretch(index % COLUMNS, 1);
-        m_chartPanels.push_back(panel);
-        connect(&m_clock, &replayClock_t::timeAdvanced, panel, &chartPanel_t::showTime);
-        connect(&m_clock, &replayClock_t::timeJumped, panel, &chartPanel_t::jumpTo);
-        connect(controls, &replayControls_t::timeSpanChanged, panel, &chartPanel_t::timeSpan);
-    }
-    addTimeAxes(charts);
-
-    auto* speedPanel = new speedPanel_t(m_recording);
-    connect(&m_clock, &replayClock_t::timeAdvanced, speedPanel, &speedPanel_t::showTime);
-    connect(&m_clock, &replayClock_t::timeJumped, speedPanel, &speedPanel_t::showTime);
-    auto* middle = new QHBoxLayout;
-    middle->setSpacing(SPACING);
-    middle->addLayout(charts, 1);
-    middle->addWidget(speedPanel);
+    m_pages->addWidget(makeChartPage(controls));
 
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(8, 8, 8, 8);
     layout->setSpacing(SPACING);
     layout->addWidget(m_navigationPanel);
-    layout->addLayout(middle, 1);
+    layout->addWidget(m_pages, 1);
     layout->addWidget(controls);
 
     connect(&m_clock, &replayClock_t::timeAdvanced, m_navigationPanel,
@@ -135,6 +117,60 @@ mainWindow_t::mainWindow_t(const QString& lineName, readResult_t line,
 }
 
 mainWindow_t::~mainWindow_t() = default;
+
+QWidget* mainWindow_t::makeChartPage(replayControls_t* controls)
+{
+    auto* charts = new QGridLayout;
+    charts->setSpacing(SPACING);
+    for (const chartPanelSetup_t& setup : panelSetups()) {
+        auto* panel = new chartPanel_t(setup, m_recording);
+        const int index = static_cast<int>(m_chartPanels.size());
+        charts->addWidget(panel, index / COLUMNS, index % COLUMNS);
+        charts->setRowStretch(index / COLUMNS, 1);
+        charts->setColumnStretch(index % COLUMNS, 1);
+        m_chartPanels.push_back(panel);
+        connect(&m_clock, &replayClock_t::timeAdvanced, panel, &chartPanel_t::showTime);
+        connect(&m_clock, &replayClock_t::timeJumped, panel, &chartPanel_t::jumpTo);
+        connect(controls, &replayControls_t::timeSpanChanged, panel, &chartPanel_t::timeSpan);
+    }
+    addTimeAxes(charts);
+
+    auto* speedPanel = new speedPanel_t(m_recording);
+    connect(&m_clock, &replayClock_t::timeAdvanced, speedPanel, &speedPanel_t::showTime);
+    connect(&m_clock, &replayClock_t::timeJumped, speedPanel, &speedPanel_t::showTime);
+    auto* page = new QWidget;
+    auto* layout = new QHBoxLayout(page);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(SPACING);
+    layout->addLayout(charts, 1);
+    layout->addWidget(speedPanel);
+    return page;
+}
+
+void mainWindow_t::addSonar(const QString& name, sonarRecord_t record)
+{
+    m_sonarRecord = std::move(record);
+    m_sonarPanel = new sonarPanel_t(name, m_sonarRecord);
+    m_pages->addWidget(m_sonarPanel);
+    const auto follow = [this](double time) { m_sonarPanel->showTime(time - m_clock.start()); };
+    connect(&m_clock, &replayClock_t::timeAdvanced, m_sonarPanel, follow);
+    connect(&m_clock, &replayClock_t::timeJumped, m_sonarPanel, follow);
+    follow(m_clock.time());
+
+    m_navigationPanel->addPage(tr("Charts"), QStringLiteral("F1"));
+    m_navigationPanel->addPage(tr("Sonar"), QStringLiteral("F2"));
+    connect(m_navigationPanel, &navigationPanel_t::pageChosen, this,
+            [this](int page) { showPage(static_cast<page_t>(page)); });
+    addShortcut(Qt::Key_F1, [this] { showPage(PAGE_CHARTS); });
+    addShortcut(Qt::Key_F2, [this] { showPage(PAGE_SONAR); });
+    showPage(PAGE_CHARTS);
+}
+
+void mainWindow_t::showPage(page_t page)
+{
+    m_pages->setCurrentIndex(page);
+    m_navigationPanel->showPage(page);
+}
 
 // One below each column, that all its charts point at.
 void mainWindow_t::addTimeAxes(QGridLayout* charts)

@@ -3,13 +3,16 @@
 #include "texts.h"
 #include "theme.h"
 
+#include <QButtonGroup>
 #include <QHBoxLayout>
+#include <QToolButton>
 
 namespace survey_console {
 
 navigationPanel_t::navigationPanel_t(const QString& lineName, const lineCounts_t& counts,
                                      const recording_t& recording, QWidget* parent)
-    : QFrame(parent), m_recording(recording),
+    : QFrame(parent), m_recording(recording), m_pageLayout(new QHBoxLayout),
+      m_pageButtons(new QButtonGroup(this)),
       m_timeLabel(makeLabel(theme::text(), 1.8, Qt::AlignCenter)),
       m_positionLabel(makeLabel(theme::text(), 1.3, Qt::AlignCenter)),
       m_stateLabel(makeLabel(theme::running(), 1.3, Qt::AlignRight | Qt::AlignVCenter))
@@ -37,6 +40,8 @@ navigationPanel_t::navigationPanel_t(const QString& lineName, const lineCounts_t
 
     auto* layout = new QHBoxLayout(this);
     layout->setContentsMargins(12, 6, 12, 6);
+    m_pageLayout->setSpacing(4);
+    layout->addLayout(m_pageLayout);
     auto* lineLayout = new QHBoxLayout;
     lineLayout->setSpacing(12);
     lineLayout->addWidget(lineLabel);
@@ -45,6 +50,31 @@ navigationPanel_t::navigationPanel_t(const QString& lineName, const lineCounts_t
     layout->addWidget(m_timeLabel, 4);
     layout->addWidget(m_positionLabel, 4);
     layout->addWidget(m_stateLabel, 2);
+}
+
+void navigationPanel_t::addPage(const QString& name, const QString& key)
+{
+    auto* button = new QToolButton;
+    button->setObjectName(QStringLiteral("pageButton%1").arg(m_pageButtons->buttons().size()));
+    button->setText(name);
+    button->setToolTip(key);
+    button->setCheckable(true);
+    button->setFocusPolicy(Qt::TabFocus);
+    const int page = static_cast<int>(m_pageButtons->buttons().size());
+    m_pageButtons->addButton(button, page); // one at a time is marked
+    m_pageLayout->addWidget(button);
+    connect(button, &QToolButton::clicked, this, [this, page] { Q_EMIT pageChosen(page); });
+}
+
+void navigationPanel_t::showPage(int page)
+{
+    m_pageButtons->button(page)->setChecked(true);
+    for (QAbstractButton* button : m_pageButtons->buttons()) {
+        QPalette palette = button->palette();
+        palette.setColor(QPalette::ButtonText,
+                         button->isChecked() ? theme::firstCurve() : theme::quietText());
+        button->setPalette(palette);
+    }
 }
 
 void navigationPanel_t::showTime(double time_)

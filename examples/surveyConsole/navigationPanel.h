@@ -3,12 +3,14 @@
 
 #include <QFrame>
 
+class QButtonGroup;
+class QHBoxLayout;
 class QLabel;
 
 namespace survey_console {
 
-/// The strip on top: which line is replayed, its time, the vessel's position, and whether the
-/// replay runs.
+/// The strip on top: which page shows, which line is replayed, its time, the vessel's position, and
+/// whether the replay runs.
 class navigationPanel_t : public QFrame
 {
     Q_OBJECT
@@ -16,6 +18,15 @@ public:
     /// \p recording must outlive the panel.
     navigationPanel_t(const QString& lineName, const lineCounts_t& counts,
                       const recording_t& recording, QWidget* parent = nullptr);
+
+    /// Adds a button for the next page, the first one having number 0, which \p key also shows.
+    void addPage(const QString& name, const QString& key);
+    /// Marks the button of a page.
+    void showPage(int page);
+
+Q_SIGNALS:
+    /// The button of a page was clicked.
+    void pageChosen(int page_);
 
 public Q_SLOTS:
     /// Shows the state at \p time_, in seconds.
@@ -25,6 +36,8 @@ public Q_SLOTS:
 
 private:
     const recording_t& m_recording;
+    QHBoxLayout* m_pageLayout;
+    QButtonGroup* m_pageButtons;
     QLabel* m_timeLabel;
     QLabel* m_positionLabel;
     QLabel* m_stateLabel;

@@ -1,0 +1,28 @@
+#pragma once
+#include "sonarRecord.h"
+
+#include <QObject>
+
+namespace survey_console {
+class pingModel_t;
+
+/// Hands a sonar record's pings to a model at the pace they were recorded at. At its end the record
+/// begins anew: it is shorter than a survey line.
+class pingPlayer_t : public QObject
+{
+    Q_OBJECT
+public:
+    /// Both must outlive the player; \p record holds at least one ping.
+    pingPlayer_t(const sonarRecord_t& record, pingModel_t* model, QObject* parent = nullptr);
+
+    /// Brings the model to where the record is \p seconds after its start: adds the pings that have
+    /// come, or fills it anew when it has gone back or far ahead.
+    void goTo(double seconds);
+
+private:
+    const sonarRecord_t& m_record;
+    pingModel_t* const m_model;
+    double m_duration; // s, from one start to the next; positive
+};
+
+} // namespace survey_console
