@@ -1,8 +1,12 @@
 #include "latLonEditor.h"
 
+#include <QApplication>
+#include <QClipboard>
 #include <QComboBox>
+#include <QContextMenuEvent>
 #include <QHBoxLayout>
 #include <QLineEdit>
+#include <QMenu>
 #include <QPointer>
 #include <QSignalSpy>
 #include <QValidator>
@@ -138,6 +142,12 @@ private Q_SLOTS:
     void refusesTypedMinutesAndSecondsOf60();
     void refusesTypedDegreesFarBeyondTheLimit();
     void takesTypedDegreesBeyondTheLimitAsInvalid();
+
+    void typesOverWhatIsSelected();
+    void convertsWhatIsPasted_data();
+    void convertsWhatIsPasted();
+    void pastesFromTheMenu();
+    void pastesNothingWhenReadOnly();
 
     void showsItsSelectorWhenAsked();
     void followsItsOwnSelector();
@@ -623,6 +633,92 @@ void tst_latLonEditor::takesTypedDegreesBeyondTheLimitAsInvalid()
     type(editor, 1, QStringLiteral("0"));
     QCOMPARE(arguments(values), (QList<double>{90.0, 90.0}));
     QCOMPARE(arguments(validity), (QList<double>{0.0, 1.0}));
+}
+
+void tst_latLonEditor::typesOverWhatIsSelected()
+{
+    latitudeEditor_t editor;
+    editor.setValue(12.5);
+    lineEdit(editor)->selectAll();
+    QTest::keyClicks(lineEdit(editor), QStringLiteral("34"));
+    QCOMPARE(shownText(editor), QStringLiteral("34.50000000°N"));
+    lineEdit(editor)->setSelection(3, 2);
+    QTest::keyClicks(lineEdit(editor), QStringLiteral("7"));
+    QCOMPARE(shownText(editor), QStringLiteral("34.70000000°N"));
+}
+
+void tst_latLonEditor::convertsWhatIsPasted_data()
+{
+    QTest::addColumn<latLonEditor_t::coordFormat_t>("format");
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QString>("whole");   // pasted over everything, 20 degrees south
+    QTest::addColumn<QString>("inFront"); // pasted at the start
+    const QString converted = QStringLiteral("12° 34.500000'");
+    const QString north = converted + QLatin1Char('N');
+    const QString south = converted + QLatin1Char('S');
+    QTest::newRow("letter") << CF_DM << QStringLiteral("12°34.5'N") << north << north;
+    QTest::newRow("sign") << CF_DM << QStringLiteral("-12.575") << south << south;
+    QTest::newRow("packed") << CF_DM << QStringLiteral("+1234.5") << north << north;
+    QTest::newRow("pair") << CF_DM << QStringLiteral("12.575, -45.2") << north << north;
+    QTest::newRow("no hemisphere") << CF_DM << QStringLiteral("12 34 30") << south << south;
+    QTest::newRow("a number") << CF_DM << QStringLiteral("12.575") << south
+                              << QStringLiteral("12° 00.575000'S");
+    QTest::newRow("own notation") << CF_DM << converted << south << south;
+    QTest::newRow("degrees") << CF_D << QStringLiteral("12 34 30 N")
+                             << QStringLiteral("12.57500000°N") << QStringLiteral("12.57500000°N");
+    QTest::newRow("seconds") << CF_DMS << QStringLiteral("12.575N")
+                             << QStringLiteral("12° 34' 30.0000\"N")
+                             << QStringLiteral("12° 34' 30.0000\"N");
+    QTest::newRow("no coordinate")
+        << CF_DM << QStringLiteral("depth") << QStringLiteral("20° 00.000000'S")
+        << QStringLiteral("20° 00.000000'S");
+}
+
+void tst_latLonEditor::convertsWhatIsPasted()
+{
+    QFETCH(latLonEditor_t::coordFormat_t, format);
+    QFETCH(QString, text);
+    QApplication::clipboard()->setText(text);
+    latitudeEditor_t editor;
+    editor.setCoordinateFormat(format);
+    editor.setValue(-20.0);
+    lineEdit(editor)->selectAll();
+    QTest::keyClick(lineEdit(editor), Qt::Key_V, Qt::ControlModifier);
+    QTEST(shownText(editor), "whole");
+    editor.setValue(-20.0);
+    lineEdit(editor)->setCursorPosition(0);
+    QTest::keyClick(lineEdit(editor), Qt::Key_V, Qt::ControlModifier);
+    QTEST(shownText(editor), "inFront");
+}
+
+void tst_latLonEditor::pastesFromTheMenu()
+{
+    QApplication::clipboard()->setText(QStringLiteral("12°34.5'S"));
+    latitudeEditor_t editor;
+    QContextMenuEvent event(QContextMenuEvent::Keyboard, QPoint(), QPoint());
+    QCoreApplication::sendEvent(lineEdit(editor), &event);
+    auto* const menu = lineEdit(editor)->findChild<QMenu*>();
+    QVERIFY(menu != nullptr);
+    int pasteActions = 0;
+    const QList<QAction*> actions = menu->actions();
+    for (QAction* const action : actions) {
+        if (!action->text().contains(QStringLiteral("Paste")))
+            continue;
+        ++pasteActions;
+        action->trigger();
+    }
+    menu->close();
+    QCOMPARE(pasteActions, 1);
+    QCOMPARE(shownText(editor), QStringLiteral("12.57500000°S"));
+}
+
+void tst_latLonEditor::pastesNothingWhenReadOnly()
+{
+    QApplication::clipboard()->setText(QStringLiteral("12°34.5'S"));
+    latitudeEditor_t editor;
+    lineEdit(editor)->setReadOnly(true);
+    QTest::keyClick(lineEdit(editor), Qt::Key_V, Qt::ControlModifier);
+    QCOMPARE(shownText(editor), QStringLiteral("00.00000000°N"));
 }
 
 void tst_latLonEditor::showsItsSelectorWhenAsked()

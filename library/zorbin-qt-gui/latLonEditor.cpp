@@ -1,11 +1,21 @@
 #include "latLonEditor.h"
 
+#include "coordinateText_p.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QClipboard>
 #include <QComboBox>
+#include <QContextMenuEvent>
+#include <QDropEvent>
 #include <QHBoxLayout>
 #include <QLineEdit>
+#include <QMenu>
+#include <QMimeData>
 #include <QRegularExpressionValidator>
 #include <clocale>
 #include <cstdio>
+#include <functional>
 #include <zorbin/latLonParser.h>
 #include <zorbin/latLonPrinter.h>
 
@@ -132,6 +142,80 @@ public:
     }
 };
 
+// A field over whose digits one types. Text that is pasted or dropped is first offered as a
+// coordinate in some other form, since its digits alone would make another position.
+class coordLineEdit_t : public QLineEdit
+{
+public:
+    // Returns whether it has shown the text. The flag says that the whole field is selected.
+    using taker_t = std::function<bool(const QString& text, bool isWhole)>;
+
+    coordLineEdit_t(taker_t taker, QWidget* parent) : QLineEdit(parent), m_taker(std::move(taker))
+    {
+    }
+
+protected:
+    void keyPressEvent(QKeyEvent* event) override
+    {
+        if (event->matches(QKeySequence::Paste)) {
+            pasteFrom(QClipboard::Clipboard);
+            return;
+        }
+        // Without what is selected the text would be no coordinate: digits replace it one by one.
+        const bool isText = !event->text().isEmpty() && event->text().at(0).isDigit();
+        if (isText && hasSelectedText() && !isReadOnly())
+            setCursorPosition(selectionStart());
+        QLineEdit::keyPressEvent(event);
+    }
+
+    void mouseReleaseEvent(QMouseEvent* event) override
+    {
+        const QClipboard* const clipboard = QApplication::clipboard();
+        if (event->button() == Qt::MiddleButton && clipboard->supportsSelection() &&
+            take(clipboard->text(QClipboard::Selection)))
+            return;
+        QLineEdit::mouseReleaseEvent(event);
+    }
+
+    void dropEvent(QDropEvent* event) override
+    {
+        if (event->source() != this && take(event->mimeData()->text())) {
+            event->acceptProposedAction();
+            return;
+        }
+        QLineEdit::dropEvent(event);
+    }
+
+    void contextMenuEvent(QContextMenuEvent* event) override
+    {
+        QMenu* const menu = createStandardContextMenu();
+        menu->setAttribute(Qt::WA_DeleteOnClose);
+        const QList<QAction*> actions = menu->actions();
+        for (QAction* const action : actions) {
+            if (!action->text().startsWith(QLineEdit::tr("&Paste")))
+                continue;
+            action->disconnect(SIGNAL(triggered(bool)));
+            connect(action, &QAction::triggered, this,
+                    [this] { pasteFrom(QClipboard::Clipboard); });
+        }
+        menu->popup(event->globalPos());
+    }
+
+private:
+    void pasteFrom(QClipboard::Mode mode)
+    {
+        if (!take(QApplication::clipboard()->text(mode)))
+            paste();
+    }
+
+    bool take(const QString& text)
+    {
+        return !isReadOnly() && m_taker(text, selectedText() == displayText());
+    }
+
+    const taker_t m_taker;
+};
+
 QHBoxLayout* tightLayout(QWidget* widget)
 {
     auto* const layout = new QHBoxLayout(widget);
@@ -144,10 +228,31 @@ QHBoxLayout* tightLayout(QWidget* widget)
 
 struct latLonEditor_t::privateData_t
 {
-    privateData_t(latLonMode_t mode_, QWidget* editor)
-        : mode(mode_), lineEdit(new QLineEdit(editor)), hemiCB(new QComboBox(editor)),
-          formatSelector(new coordFormatSelector_t(editor))
+    privateData_t(latLonMode_t mode_, latLonEditor_t* editor)
+        : mode(mode_), lineEdit(new coordLineEdit_t(
+                           [this, editor](const QString& text, bool isWhole) {
+                               return takeCoordinate(text, isWhole, editor);
+                           },
+                           editor)),
+          hemiCB(new QComboBox(editor)), formatSelector(new coordFormatSelector_t(editor))
     {
+    }
+
+    // Shows a coordinate in another form than the field's own. A number alone is one if it is to
+    // replace everything; without hemisphere a magnitude keeps that which is shown.
+    bool takeCoordinate(const QString& text, bool isWhole, latLonEditor_t* editor) const
+    {
+        QString own = text;
+        int cursor = 0;
+        const bool isComplete = own.size() == lineEdit->inputMask().size();
+        if (isComplete && validator->validate(own, cursor) != QValidator::Invalid)
+            return false;
+        const auto coordinate = isLatitude() ? readLatitude(text) : readLongitude(text);
+        if (!coordinate || (coordinate->isPlainMagnitude && !isWhole))
+            return false;
+        const bool isNegative = !coordinate->hasHemisphere && hemiCB->currentIndex() == 1;
+        editor->setValue(isNegative ? -coordinate->value : coordinate->value);
+        return true;
     }
 
     bool isLatitude() const { return mode == LLM_LATITUDE; }

@@ -14,7 +14,12 @@ class coordFormatSelector_t;
 ///
 /// Texts that are no coordinate are refused while they are typed or, where that shows only in the
 /// whole (91 degrees of latitude), reported as invalid. Applications make a latitudeEditor_t or a
-/// longitudeEditor_t. GUI thread only. \image html latLonEditors.png
+/// longitudeEditor_t.
+///
+/// Coordinates in other usual forms (12°34.5'N, -12.575, +1234.5, a pair) are converted when they
+/// are pasted or dropped. Those without a sign or a letter keep the hemisphere that is shown; a
+/// number alone counts when the whole field is selected. What else is pasted types its digits over
+/// the field's, from the cursor on. GUI thread only. \image html latLonEditors.png
 class ZORBIN_QT_GUI_EXPORT latLonEditor_t : public QWidget
 {
     Q_OBJECT

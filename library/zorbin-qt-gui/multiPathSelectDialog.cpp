@@ -146,8 +146,10 @@ void multiPathSelectDialog_t::deleteClicked()
         first = std::min(first, range.top());
         std::fill_n(isSelected.begin() + range.top(), range.height(), true);
     }
-    if (first == paths.size())
+    if (ranges.isEmpty()) {
+        updateButtons();
         return;
+    }
     QStringList kept;
     for (int i = 0; i < paths.size(); ++i)
         if (!isSelected[static_cast<std::size_t>(i)])

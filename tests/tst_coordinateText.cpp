@@ -1,0 +1,118 @@
+#include "coordinateText_p.h"
+
+#include <QtTest>
+#include <limits>
+
+using namespace zorbin_qt_gui;
+
+static constexpr double NOTHING = std::numeric_limits<double>::quiet_NaN();
+
+static double valueOf(const std::optional<coordinateText_t>& coordinate)
+{
+    return coordinate ? coordinate->value : NOTHING;
+}
+
+/// What is taken for a coordinate when it comes from elsewhere.
+class tst_coordinateText : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void readsUsualForms_data();
+    void readsUsualForms();
+    void tellsWhetherThereIsAHemisphere();
+    void tellsPlainMagnitudes();
+};
+
+// 12.575 degrees are 12 degrees 34 minutes 30 seconds; 45.25 are 45 degrees 15 minutes.
+void tst_coordinateText::readsUsualForms_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<double>("latitude");
+    QTest::addColumn<double>("longitude");
+    const auto row = [](const QString& text, double latitude, double longitude) {
+        QTest::newRow(qPrintable(text)) << text << latitude << longitude;
+    };
+    row(QStringLiteral("12.575"), 12.575, 12.575);
+    row(QStringLiteral("-12.575"), -12.575, -12.575);
+    row(QStringLiteral("\u221212.575\u00B0"), -12.575, -12.575);
+    row(QStringLiteral("12\u00B034.5'N"), 12.575, NOTHING);
+    row(QStringLiteral("12 34.5 N"), 12.575, NOTHING);
+    row(QStringLiteral("12 34.5 s"), -12.575, NOTHING);
+    row(QStringLiteral("12\u00B034'30\"W"), NOTHING, -12.575);
+    row(QStringLiteral("N12\u00B034'30\""), 12.575, NOTHING);
+    row(QStringLiteral("E 12 34 30"), NOTHING, 12.575);
+    row(QStringLiteral("12\u00BA34\u203230\u2033 N"), 12.575, NOTHING);
+    row(QStringLiteral("12\u00B034\u201930\u201D N"), 12.575, NOTHING);
+    row(QStringLiteral("12\u00B034'30''N"), 12.575, NOTHING);
+    row(QStringLiteral("12:34:30"), 12.575, 12.575);
+    row(QStringLiteral("12:34:30 S"), -12.575, NOTHING);
+    row(QStringLiteral("  12\t34.5\u00A0N\n"), 12.575, NOTHING);
+    row(QStringLiteral("12\u00B034,5'N"), 12.575, NOTHING);
+    row(QStringLiteral("12,575N"), 12.575, NOTHING);
+    row(QStringLiteral("+1234.5"), 12.575, NOTHING);
+    row(QStringLiteral("-1234.5"), -12.575, NOTHING);
+    row(QStringLiteral("+123430"), 12.575, NOTHING);
+    row(QStringLiteral("-01234.5"), NOTHING, -12.575);
+    row(QStringLiteral("+0123430"), NOTHING, 12.575);
+    row(QStringLiteral("1234.5N"), 12.575, NOTHING);
+    row(QStringLiteral("1234.500,N"), 12.575, NOTHING);
+    row(QStringLiteral("12.575, -45.25"), 12.575, -45.25);
+    row(QStringLiteral("12.575,45.25"), 12.575, 45.25);
+    row(QStringLiteral("12.575; 45.25"), 12.575, 45.25);
+    row(QStringLiteral("12, 45"), 12.0, 45.0);
+    row(QStringLiteral("12\u00B034.5'S 45\u00B015'W"), -12.575, -45.25);
+    row(QStringLiteral("12\u00B034.5'S, 45\u00B015'W"), -12.575, -45.25);
+    row(QStringLiteral("N12 34.5 E45 15"), 12.575, 45.25);
+    row(QStringLiteral("E45 15 N12 34.5"), 12.575, 45.25);
+    row(QStringLiteral("45 15 E, 12 34.5 N"), 12.575, 45.25);
+    row(QStringLiteral("+1234.5-04515.0/"), 12.575, -45.25);
+    row(QStringLiteral("1234.500,N,04515.000,E"), 12.575, 45.25);
+    row(QStringLiteral("90"), 90.0, 90.0);
+    row(QStringLiteral("120"), NOTHING, 120.0);
+    row(QString(), NOTHING, NOTHING);
+    row(QStringLiteral("N"), NOTHING, NOTHING);
+    row(QStringLiteral("12,575"), NOTHING, NOTHING); // a pair, or a number?
+    row(QStringLiteral("-12,575"), NOTHING, NOTHING);
+    row(QStringLiteral("1234.5"), NOTHING, NOTHING); // packed only with a hemisphere
+    row(QStringLiteral("12 60 N"), NOTHING, NOTHING);
+    row(QStringLiteral("91 N"), NOTHING, NOTHING);
+    row(QStringLiteral("181 E"), NOTHING, NOTHING);
+    row(QStringLiteral("95, 45"), NOTHING, NOTHING); // and therefore no pair
+    row(QStringLiteral("-12 N"), NOTHING, NOTHING);
+    row(QStringLiteral("N 12 S"), NOTHING, NOTHING);
+    row(QStringLiteral("12.5N 13.5N"), NOTHING, NOTHING);
+    row(QStringLiteral("1.5 2.5 3.5"), NOTHING, NOTHING);
+    row(QStringLiteral("depth 12.5"), NOTHING, NOTHING);
+    row(QStringLiteral("12.5 m"), NOTHING, NOTHING);
+    QTest::newRow("long") << QString(101, QLatin1Char('1')) << NOTHING << NOTHING;
+}
+
+void tst_coordinateText::readsUsualForms()
+{
+    QFETCH(QString, text);
+    QTEST(valueOf(readLatitude(text)), "latitude");
+    QTEST(valueOf(readLongitude(text)), "longitude");
+}
+
+void tst_coordinateText::tellsWhetherThereIsAHemisphere()
+{
+    QVERIFY(!readLatitude(QStringLiteral("12.5"))->hasHemisphere);
+    QVERIFY(!readLatitude(QStringLiteral("12 34.5"))->hasHemisphere);
+    QVERIFY(readLatitude(QStringLiteral("+12.5"))->hasHemisphere);
+    QVERIFY(readLatitude(QStringLiteral("12.5N"))->hasHemisphere);
+    QVERIFY(readLatitude(QStringLiteral("12.5, 45.5"))->hasHemisphere);
+}
+
+void tst_coordinateText::tellsPlainMagnitudes()
+{
+    QVERIFY(readLatitude(QStringLiteral("12"))->isPlainMagnitude);
+    QVERIFY(readLatitude(QStringLiteral(" 12.5 "))->isPlainMagnitude);
+    QVERIFY(!readLatitude(QStringLiteral("12.5\u00B0"))->isPlainMagnitude);
+    QVERIFY(!readLatitude(QStringLiteral("12 34"))->isPlainMagnitude);
+    QVERIFY(!readLatitude(QStringLiteral("-12.5"))->isPlainMagnitude);
+    QVERIFY(!readLatitude(QStringLiteral("12.5, 45.5"))->isPlainMagnitude);
+}
+
+QTEST_GUILESS_MAIN(tst_coordinateText)
+#include "tst_coordinateText.moc"
