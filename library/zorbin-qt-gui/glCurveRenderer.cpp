@@ -18,23 +18,41 @@ void setColor(const QColor& color, int alpha)
     glColor4ub(byte(color.red()), byte(color.green()), byte(color.blue()), byte(alpha));
 }
 
-// A coordinate for OpenGL. What is beyond any display stays finite, since lines to infinity can't
-// be clipped.
-float coordinate(double x)
+constexpr double farOutside = 1e18; // any display; infinity is drawn there
+
+// Homogeneous: what is drawn is x / w, y / w.
+struct vertex_t
 {
-    constexpr double farOutside = 1e18;
-    return static_cast<float>(std::min(std::max(x, -farOutside), farOutside));
+    float x;
+    float y;
+    float w;
+};
+
+// Lines are clipped in floats, in which a cut near one end of a very long line is rounded to that
+// end. So far points get a small w instead of large coordinates, which makes such cuts exact.
+vertex_t vertexAt(double time, double value)
+{
+    constexpr double farAway = 1e6;
+    const auto inside = [](double x) { return std::min(std::max(x, -farOutside), farOutside); };
+    const double x = inside(time);
+    const double y = inside(value);
+    const double distance = std::max(std::abs(x), std::abs(y));
+    const double scale = distance > farAway ? 1.0 / distance : 1.0;
+    return {static_cast<float>(x * scale), static_cast<float>(y * scale),
+            static_cast<float>(scale)};
 }
 
 void emitVertex(const point_t& point, double refTime, double refValue)
 {
-    glVertex2f(coordinate(point.time - refTime), coordinate(point.value - refValue));
+    const vertex_t vertex = vertexAt(point.time - refTime, point.value - refValue);
+    glVertex4f(vertex.x, vertex.y, 0.0F, vertex.w);
 }
 
-// The value that vertices are relative to.
+// The value that vertices are relative to, usually the point's own. Relative to one that is not a
+// number or far outside, such as a mark for missing data, the others would be nowhere.
 double referenceValue(const point_t& point)
 {
-    return std::isfinite(point.value) ? point.value : 0.0;
+    return std::abs(point.value) < farOutside ? point.value : 0.0;
 }
 
 bool isDrawn(const point_t& from, const point_t& to)
@@ -57,10 +75,7 @@ void glCurveRenderer_t::draw(double xCenter, double yCenter)
 {
     if (m_chart == nullptr)
         return;
-    if (m_listColor != m_d->color) {
-        releaseLists(); // behind a gap they set the colour themselves
-        m_listColor = m_d->color;
-    }
+    releaseListsOfAnotherColor();
     const auto outgoing = static_cast<unsigned>(m_d->outgoingCount);
     if (outgoing > 0) {
         m_outgoing.fill(*m_d, 0, outgoing);
@@ -129,8 +144,8 @@ void glCurveRenderer_t::prepareToDelete()
 {
     releaseLists();
     m_segments.clear();
-    m_outgoing = loosePoints_t();
-    m_incoming = loosePoints_t();
+    m_outgoing.release();
+    m_incoming.release();
     if (m_chart != nullptr)
         m_chart->m_renderers.erase(this);
     m_chart = nullptr;
@@ -141,6 +156,15 @@ void glCurveRenderer_t::releaseLists()
 {
     for (auto& entry : m_segments)
         removeGLSegment(std::exchange(entry.second, nullptr));
+}
+
+// Behind a gap lists set the colour themselves.
+void glCurveRenderer_t::releaseListsOfAnotherColor()
+{
+    if (m_listColor == m_d->color)
+        return;
+    releaseLists();
+    m_listColor = m_d->color;
 }
 
 void glCurveRenderer_t::drawSubset(double refTime, double refValue, unsigned first, unsigned last)
@@ -176,6 +200,7 @@ glCurveRenderer_t::glSegment_t* glCurveRenderer_t::createGLSegment(unsigned firs
 {
     if (m_chart == nullptr || !m_chart->makeOwnContextCurrent())
         return nullptr;
+    releaseListsOfAnotherColor();
     const GLuint list = glGenLists(1);
     if (list == 0) {
         qDebug("Failed to get list -- Skipping segmenting");
@@ -210,6 +235,7 @@ void glCurveRenderer_t::chart(QWidget* widget)
     if (m_chart != nullptr) {
         m_chart->m_renderers.erase(this);
         m_chart->removeCurve(m_d->parent);
+        m_chart->update();
     }
     m_chart = chart;
     m_chart->m_renderers.insert(this);
@@ -265,6 +291,13 @@ void glCurveRenderer_t::loosePoints_t::take(const stripChartCurveData_t& data)
     isStale = true;
 }
 
+void glCurveRenderer_t::loosePoints_t::release()
+{
+    isStale = true;
+    points = {};
+    colors = {};
+}
+
 // A line strip in which every point but the first has two vertices: the end of the line to it, and
 // the start of the line from it. The strip begins with the point before the zone.
 void glCurveRenderer_t::loosePoints_t::fill(const stripChartCurveData_t& data, unsigned first,
@@ -274,8 +307,8 @@ void glCurveRenderer_t::loosePoints_t::fill(const stripChartCurveData_t& data, u
         return;
     isStale = false;
     const std::size_t vertices = 2 * static_cast<std::size_t>(count);
-    if (points.size() < 2 * vertices) {
-        points.resize(2 * vertices);
+    if (points.size() < 4 * vertices) {
+        points.resize(4 * vertices);
         colors.resize(4 * vertices);
     }
     const auto red = static_cast<float>(color.redF());
@@ -288,8 +321,12 @@ void glCurveRenderer_t::loosePoints_t::fill(const stripChartCurveData_t& data, u
     float* nextPoint = points.data();
     float* nextColor = colors.data();
     const auto add = [&](const point_t& point, float opacity) {
-        *nextPoint++ = coordinate(point.time - refTime);
-        *nextPoint++ = std::isnan(point.value) ? 0.0F : coordinate(point.value - refValue);
+        const vertex_t vertex =
+            vertexAt(point.time - refTime, std::isnan(point.value) ? 0.0 : point.value - refValue);
+        *nextPoint++ = vertex.x;
+        *nextPoint++ = vertex.y;
+        *nextPoint++ = 0.0F;
+        *nextPoint++ = vertex.w;
         *nextColor++ = red;
         *nextColor++ = green;
         *nextColor++ = blue;
@@ -316,7 +353,7 @@ void glCurveRenderer_t::loosePoints_t::draw(unsigned count, double xCenter, doub
     glEnableClientState(GL_COLOR_ARRAY);
     glPushMatrix();
     glTranslated(refTime - xCenter, refValue - yCenter, 0.0);
-    glVertexPointer(2, GL_FLOAT, 0, points.data());
+    glVertexPointer(4, GL_FLOAT, 0, points.data());
     glColorPointer(4, GL_FLOAT, 0, colors.data());
     glDrawArrays(GL_LINE_STRIP, 0, static_cast<GLsizei>(2 * count - 1));
     glPopMatrix();

@@ -71,17 +71,19 @@ private:
         void take(const stripChartCurveData_t& data);
         void fill(const stripChartCurveData_t& data, unsigned first, unsigned count);
         void draw(unsigned count, double xCenter, double yCenter) const;
+        void release();
 
         QColor color;
         double threshold = 0.0; // seconds; longer steps are gaps
         bool isStale = true;    // the arrays don't hold the points yet
         double refTime = 0.0;   // of the first one
         double refValue = 0.0;
-        std::vector<float> points; // 2 floats for each vertex
+        std::vector<float> points; // 4 floats for each vertex
         std::vector<float> colors; // 4 floats for each vertex
     };
 
     void releaseLists();
+    void releaseListsOfAnotherColor();
     void drawSegments(double xCenter, double yCenter);
     void drawJoint(double xCenter, double yCenter) const;
 

@@ -65,7 +65,8 @@ void glStripChartWidget_t::resizeEvent(QResizeEvent* event)
 
 void glStripChartWidget_t::initializeGL()
 {
-    makeOwnContextCurrent();
+    if (!makeOwnContextCurrent())
+        return;
     const QColor& canvas = m_impl->canvasColor();
     const auto part = [](int component) { return static_cast<float>(component / 255.0); };
     glClearColor(part(canvas.red()), part(canvas.green()), part(canvas.blue()),
@@ -73,10 +74,19 @@ void glStripChartWidget_t::initializeGL()
     glEnable(GL_BLEND);
     glBlendFunc(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA);
     glShadeModel(GL_FLAT); // every line has one colour
+    setUpView();           // a new context needn't come with a new size
 }
 
 // The arguments are logical or device pixels, depending on the Qt version; the widget knows both.
 void glStripChartWidget_t::resizeGL(int /*width*/, int /*height*/)
+{
+    if (makeOwnContextCurrent())
+        setUpView();
+    m_impl->updateSize(static_cast<unsigned>(width()), static_cast<unsigned>(height()));
+}
+
+// Makes coordinates pixels, counted from the widget's centre.
+void glStripChartWidget_t::setUpView()
 {
     const double scale = devicePixelRatioF();
     glViewport(0, 0, qRound(width() * scale), qRound(height() * scale));
@@ -86,11 +96,12 @@ void glStripChartWidget_t::resizeGL(int /*width*/, int /*height*/)
     const double halfHeight = height() * 0.5;
     glOrtho(-halfWidth, halfWidth, -halfHeight, halfHeight, -1.0, 1.0);
     glMatrixMode(GL_MODELVIEW);
-    m_impl->updateSize(static_cast<unsigned>(width()), static_cast<unsigned>(height()));
 }
 
 void glStripChartWidget_t::paintGL()
 {
+    if (!makeOwnContextCurrent())
+        return;
     glClear(GL_COLOR_BUFFER_BIT);
     glMatrixMode(GL_MODELVIEW);
     glLoadIdentity();

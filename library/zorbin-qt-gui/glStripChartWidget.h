@@ -47,6 +47,7 @@ private:
 
     void publishPointerPos();
     bool makeOwnContextCurrent();
+    void setUpView();
     void releaseLists();
     double visibleSpan() const;
 

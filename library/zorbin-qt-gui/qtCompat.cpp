@@ -9,6 +9,14 @@
 #endif
 
 namespace zorbin_qt_gui {
+namespace {
+
+bool hasFixedFunctions(const QOpenGLContext& context)
+{
+    return !context.isOpenGLES() && context.format().profile() != QSurfaceFormat::CoreProfile;
+}
+
+} // namespace
 
 #if QT_VERSION >= QT_VERSION_CHECK(6, 0, 0)
 namespace {
@@ -32,10 +40,7 @@ void setUpGlFormat(QWidget& glWidget)
 QOpenGLContext* glContextOf(const QWidget& glWidget)
 {
     QOpenGLContext* const context = static_cast<const glWidgetBase_t&>(glWidget).context();
-    if (context == nullptr || context->isOpenGLES() ||
-        context->format().profile() == QSurfaceFormat::CoreProfile)
-        return nullptr;
-    return context;
+    return context != nullptr && hasFixedFunctions(*context) ? context : nullptr;
 }
 
 std::string glVendor()
@@ -45,8 +50,7 @@ std::string glVendor()
     QOffscreenSurface surface;
     surface.setFormat(fixedFunctionFormat());
     surface.create();
-    if (!context.create() || context.isOpenGLES() ||
-        context.format().profile() == QSurfaceFormat::CoreProfile || !context.makeCurrent(&surface))
+    if (!context.create() || !hasFixedFunctions(context) || !context.makeCurrent(&surface))
         return {};
     const GLubyte* const vendor = context.functions()->glGetString(GL_VENDOR);
     return vendor == nullptr ? std::string() : reinterpret_cast<const char*>(vendor);
@@ -59,7 +63,9 @@ void setUpGlFormat(QWidget& /*glWidget*/)
 QOpenGLContext* glContextOf(const QWidget& glWidget)
 {
     const QGLContext* const context = static_cast<const glWidgetBase_t&>(glWidget).context();
-    return context != nullptr && context->isValid() ? context->contextHandle() : nullptr;
+    if (context == nullptr || !context->isValid() || !hasFixedFunctions(*context->contextHandle()))
+        return nullptr;
+    return context->contextHandle();
 }
 
 std::string glVendor()
@@ -67,7 +73,7 @@ std::string glVendor()
     if (!QGLFormat::hasOpenGL())
         return {};
     QGLWidget probe;
-    if (!probe.isValid())
+    if (glContextOf(probe) == nullptr)
         return {};
     probe.makeCurrent();
     if (QGLContext::currentContext() != probe.context())
