@@ -47,7 +47,7 @@ static void select(QListView* view, const QStringList& names)
     view->clearSelection();
     const QStringList all = entries(*view);
     for (const QString& name : names)
-        view->selectionModel()->select(view->model()->index(all.indexOf(name), 0),
+        view->selectionModel()->select(view->model()->index(static_cast<int>(all.indexOf(name)), 0),
                                        QItemSelectionModel::Select);
 }
 
