@@ -279,6 +279,7 @@ private Q_SLOTS:
     // Lines.
     void leavesAPlainCanvas();
     void showsWhatItDrew();
+    void grabsWhatItDrew();
     void drawsNothingForASinglePoint();
     void drawsLinesInTheColourOfTheCurve();
     void fadesLooseLinesAcrossGaps();
@@ -674,6 +675,21 @@ void tst_glStripChart::showsWhatItDrew()
     const QImage picture = drawn(plot.chart);
     QVERIFY(picture != plot.blankCanvas());
     QCOMPARE(firstDifference(shown(plot.chart), picture), QString());
+}
+
+void tst_glStripChart::grabsWhatItDrew()
+{
+    REQUIRE_CONTEXT();
+    plotted_t plot;
+    plot.curve->addPoints({plotted_t::at(20, 10), plotted_t::at(200, 90)});
+    const QImage picture = drawn(plot.chart);
+    QVERIFY(picture != plot.blankCanvas());
+    QCOMPARE(firstDifference(snapshot(plot.chart), picture), QString());
+    QCOMPARE(firstDifference(snapshot(canvasOf(plot.chart)), picture), QString());
+    plot.curve->addPoints({plotted_t::at(220, 90)}); // not painted yet
+    const QImage grabbed = snapshot(plot.chart);
+    QVERIFY(grabbed != picture);
+    QCOMPARE(firstDifference(drawn(plot.chart), grabbed), QString());
 }
 
 void tst_glStripChart::drawsNothingForASinglePoint()

@@ -1,4 +1,6 @@
 #pragma once
+#include "zorbinQtGuiExport.h"
+
 #include <QtGlobal>
 #if QT_VERSION >= QT_VERSION_CHECK(6, 0, 0)
 #include <QOpenGLWidget>
@@ -8,11 +10,16 @@
 
 namespace zorbin_qt_gui {
 
-/// The widget class of the Qt version in use that paints through OpenGL.
 #if QT_VERSION >= QT_VERSION_CHECK(6, 0, 0)
+/// The widget class of the Qt version in use that paints through OpenGL.
 using glWidgetBase_t = QOpenGLWidget;
 #else
-using glWidgetBase_t = QGLWidget;
+/// The widget class of the Qt version in use that paints through OpenGL, also for QWidget::grab().
+class ZORBIN_QT_GUI_EXPORT glWidgetBase_t : public QGLWidget
+{
+protected:
+    void paintEvent(QPaintEvent* event) override;
+};
 #endif
 
 } // namespace zorbin_qt_gui

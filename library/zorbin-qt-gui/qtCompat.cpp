@@ -3,6 +3,7 @@
 #include "glWidgetBase.h"
 
 #include <QOpenGLContext>
+#include <QPainter>
 #if QT_VERSION >= QT_VERSION_CHECK(6, 0, 0)
 #include <QOffscreenSurface>
 #include <QOpenGLFunctions>
@@ -56,6 +57,22 @@ std::string glVendor()
     return vendor == nullptr ? std::string() : reinterpret_cast<const char*>(vendor);
 }
 #else
+// QGLWidget draws into its window only, whatever it is asked for.
+void glWidgetBase_t::paintEvent(QPaintEvent* event)
+{
+    QPoint offset;
+    const QPaintDevice* const target = redirected(&offset);
+    if (target == nullptr || target == this || glContextOf(*this) == nullptr) {
+        QGLWidget::paintEvent(event);
+        return;
+    }
+    setAutoBufferSwap(false);
+    glDraw();
+    setAutoBufferSwap(true);
+    const QImage picture = grabFrameBuffer();
+    QPainter(this).drawImage(rect(), picture);
+}
+
 void setUpGlFormat(QWidget& /*glWidget*/)
 {
 }
