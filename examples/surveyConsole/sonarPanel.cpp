@@ -4,6 +4,7 @@
 #include "levelHistogram.h"
 #include "palette.h"
 #include "pingView.h"
+#include "sounderPanel.h"
 #include "texts.h"
 #include "theme.h"
 #include "valueRuler.h"
@@ -64,7 +65,8 @@ sonarPanel_t::sonarPanel_t(const QString& name, const sonarRecord_t& record, QWi
       m_rangeRuler(new valueRuler_t(valueRuler_t::KIND_RANGE)),
       m_pingRuler(new valueRuler_t(valueRuler_t::KIND_PLAIN)), m_waterfallLayout(new QGridLayout),
       m_scrollSlider(new QSlider(Qt::Horizontal)),
-      m_pointerLabel(makeLabel(theme::text(), 1.0, Qt::AlignCenter))
+      m_pointerLabel(makeLabel(theme::text(), 1.0, Qt::AlignCenter)),
+      m_sounderPanel(new sounderPanel_t)
 {
     setFrameShape(QFrame::StyledPanel);
     setBackground(this, theme::panel());
@@ -93,7 +95,12 @@ sonarPanel_t::sonarPanel_t(const QString& name, const sonarRecord_t& record, QWi
     layout->setVerticalSpacing(4);
     layout->addWidget(makeHeader(name), 0, 0, 1, 2);
     layout->addLayout(m_waterfallLayout, 1, 0);
-    layout->addWidget(makeLevels(), 1, 1, Qt::AlignTop);
+    auto* side = new QVBoxLayout;
+    side->setSpacing(24);
+    side->addWidget(makeLevels());
+    side->addWidget(m_sounderPanel);
+    side->addStretch();
+    layout->addLayout(side, 1, 1, 3, 1);
     layout->addWidget(m_scrollSlider, 2, 0);
     layout->addWidget(m_pointerLabel, 3, 0);
     layout->setRowStretch(1, 1);
@@ -259,6 +266,7 @@ void sonarPanel_t::chooseOrientation(Qt::Orientation orientation)
 void sonarPanel_t::showTime(double seconds_)
 {
     m_player.goTo(seconds_);
+    m_sounderPanel->showTime(seconds_);
     if (std::abs(m_view->position() + 1 - m_countedEnd) >= LEVELS_PERIOD)
         countLevels();
 }

@@ -14,6 +14,7 @@ class QToolButton;
 namespace survey_console {
 class levelHistogram_t;
 class pingView_t;
+class sounderPanel_t;
 class valueRuler_t;
 
 /// A sidescan record as a waterfall between rulers of range and ping, with the levels of what it
@@ -22,7 +23,8 @@ class valueRuler_t;
 /// It follows a replay: the pings come at the pace of the record, which begins anew at its end. The
 /// waterfall shows the newest ping until it is scrolled back; it then stands still while pings
 /// arrive. The range ruler's drag, click and double click choose what is shown across the track,
-/// dragging over the histogram the levels that the colours are stretched over.
+/// dragging over the histogram the levels that the colours are stretched over. Below the histogram
+/// are the controls of a simulated sounder.
 class sonarPanel_t : public QFrame
 {
     Q_OBJECT
@@ -33,6 +35,7 @@ public:
 
     pingModel_t* model() { return &m_model; }
     pingView_t* view() const { return m_view; }
+    sounderPanel_t* sounderPanel() const { return m_sounderPanel; }
 
     bool eventFilter(QObject* watched, QEvent* event) override;
 
@@ -67,6 +70,7 @@ private:
     QToolButton* m_newestButton;
     QSlider* m_scrollSlider;
     QLabel* m_pointerLabel;
+    sounderPanel_t* m_sounderPanel;
     levelHistogram_t* m_histogram;
     valueRuler_t* m_levelRuler;
     QLabel* m_levelLabel;

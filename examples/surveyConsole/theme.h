@@ -55,6 +55,10 @@ inline QColor paused()
 {
     return {0xf0, 0xb0, 0x52};
 }
+inline QColor alarm()
+{
+    return {0xf2, 0x6b, 0x5e};
+}
 
 /// Makes \p application look so.
 void apply(QApplication* application);
