@@ -4,7 +4,6 @@
 #include "randomNumbers.h"
 
 #include <QApplication>
-#include <QElapsedTimer>
 #include <QMetaMethod>
 #include <QMouseEvent>
 #include <QPainter>
@@ -1601,8 +1600,6 @@ void tst_ruler::survivesOddInput()
         ruler.numDecimals();
         ruler.textFromValue(1e300);
     };
-    QElapsedTimer timer;
-    timer.start();
     stage_t stage(QSize(300, 60));
     for (const labels_t labels : {labels_t::NUMBERS, labels_t::NOTHING, labels_t::SAME}) {
         stage.ruler.labels = labels;
@@ -1618,7 +1615,6 @@ void tst_ruler::survivesOddInput()
         stage.ruler.range(0.0, 200.0);
         QVERIFY(majorColumns(stage.ruler).size() > 2);
     }
-    QVERIFY2(timer.elapsed() < 20000, "takes too long");
 }
 
 // A window that can still be made.
@@ -1631,8 +1627,8 @@ void tst_ruler::staysOfAPaintableSize()
     ruler.tickLength(4294967295u);
     ruler.spacing(4294967295u);
     ruler.show();
-    stage_t::settle();
-    QVERIFY(ruler.height() > 1200); // beyond the screen
+    QVERIFY(QTest::qWaitForWindowExposed(&ruler));
+    QTRY_VERIFY(ruler.height() > 1200); // beyond the screen, once it is painted
     QVERIFY(ruler.height() < 32768);
     QVERIFY(ruler.minimumSizeHint().height() < 32768);
     ruler.axisLocation(ruler_t::LEFT);
