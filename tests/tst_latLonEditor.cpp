@@ -126,7 +126,7 @@ private Q_SLOTS:
     void emptiesTheFieldForWhatDoesNotFit();
     void leavesTheValueAloneWhenThereIsNone();
     void negatesTheValueWithTheHemisphere();
-    void readsNothingWithoutAHemisphere();
+    void readsTheTextAloneWithoutAHemisphere();
 
     void changesTheNotation();
     void masksTheFieldByNotation_data();
@@ -399,7 +399,7 @@ void tst_latLonEditor::negatesTheValueWithTheHemisphere()
     QCOMPARE(arguments(values), (QList<double>{-12.5, 12.5}));
 }
 
-void tst_latLonEditor::readsNothingWithoutAHemisphere()
+void tst_latLonEditor::readsTheTextAloneWithoutAHemisphere()
 {
     latitudeEditor_t editor;
     editor.setValue(12.5);
