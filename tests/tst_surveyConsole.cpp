@@ -288,6 +288,7 @@ private Q_SLOTS:
     void writesPositions();
     // the program
     void writesAScreenshot();
+    void drawsThroughTheBackEndOfChoice();
     void screenshotsAreAlike_data();
     void screenshotsAreAlike();
     void findsThePalettesOfTheSourceTree();
@@ -1405,6 +1406,29 @@ void tst_surveyConsole::writesAScreenshot()
     QVERIFY2(second > 5000, qPrintable(QString::number(second)));
 }
 
+void tst_surveyConsole::drawsThroughTheBackEndOfChoice()
+{
+    if (qgetenv("QT_XCB_GL_INTEGRATION") == "none")
+        QSKIP("Without OpenGL the charts are empty, as tst_glStripChart tests.");
+    const QTemporaryDir directory;
+    const auto pictureBy = [&](const QString& backEnd) {
+        const QString path = directory.filePath(backEnd + ".png");
+        const outcome_t outcome = runConsole({"--back-end", backEnd, "--screenshot", path});
+        return outcome.exitCode == 0 && outcome.err.isEmpty() ? QImage(path) : QImage();
+    };
+    const QImage painted = pictureBy("simple");
+    const QImage rendered = pictureBy("gl");
+    QCOMPARE(painted.size(), QSize(1280, 800));
+    QCOMPARE(rendered.size(), QSize(1280, 800));
+    // Through OpenGL lines are 1 pixel wide instead of 2.
+    for (const QColor& color : {QColor(0x62, 0xc6, 0xe6), QColor(0xf0, 0xb0, 0x52)}) {
+        const int wide = countOf(color, painted);
+        const int narrow = countOf(color, rendered);
+        QVERIFY2(narrow > 5000 && narrow < wide - 3000,
+                 qPrintable(QStringLiteral("%1 and %2").arg(wide).arg(narrow)));
+    }
+}
+
 void tst_surveyConsole::screenshotsAreAlike_data()
 {
     QTest::addColumn<QString>("page");
@@ -1457,8 +1481,8 @@ void tst_surveyConsole::printsHelp()
     const outcome_t outcome = runConsole({"--help"});
     QCOMPARE(outcome.exitCode, 0);
     QCOMPARE(outcome.err, QString());
-    for (const char* option :
-         {"--recording", "--sonar", "--page", "--speed", "--duration", "--screenshot", "--help"})
+    for (const char* option : {"--recording", "--sonar", "--page", "--back-end", "--speed",
+                               "--duration", "--screenshot", "--help"})
         QVERIFY2(outcome.out.contains(option), option);
 }
 
@@ -1480,6 +1504,8 @@ void tst_surveyConsole::refusesBadOptions_data()
     QTest::newRow("duration infinite") << QStringList{"--duration", "inf"} << duration.arg("inf");
     QTest::newRow("page") << QStringList{"--page", "chart"}
                           << "surveyConsole: --page takes charts or sonar, not 'chart'\n";
+    QTest::newRow("back end") << QStringList{"--back-end", "GL"}
+                              << "surveyConsole: --back-end takes simple or gl, not 'GL'\n";
     QTest::newRow("argument") << QStringList{"line.log"}
                               << "surveyConsole: unexpected argument 'line.log'\n";
     QTest::newRow("empty screenshot")

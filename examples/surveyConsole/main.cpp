@@ -31,6 +31,7 @@ struct options_t
     QString recording;
     QString sonar;
     bool showsSonar = false; // at first
+    QString backEnd;         // of the strip charts; empty: as the library chooses
     double speed = 1.0;
     double duration = 0.0; // s; 0.0: until closed
     QString screenshot;
@@ -77,6 +78,10 @@ bool readOptions(options_t* options)
     const QCommandLineOption page(QStringLiteral("page"),
                                   QStringLiteral("Show PAGE first: charts or sonar."),
                                   QStringLiteral("PAGE"), QStringLiteral("charts"));
+    const QCommandLineOption backEnd(
+        QStringLiteral("back-end"),
+        QStringLiteral("Draw strip charts by BACKEND: simple (QPainter) or gl (OpenGL)."),
+        QStringLiteral("BACKEND"));
     const QCommandLineOption speed(QStringLiteral("speed"),
                                    QStringLiteral("Replay at N times real time, 1 to 100."),
                                    QStringLiteral("N"), QStringLiteral("1"));
@@ -89,7 +94,7 @@ bool readOptions(options_t* options)
                        "FILE and quit."),
         QStringLiteral("FILE"));
     const QCommandLineOption help = parser.addHelpOption();
-    parser.addOptions({recording, sonar, page, speed, duration, screenshot});
+    parser.addOptions({recording, sonar, page, backEnd, speed, duration, screenshot});
     if (!parser.parse(QCoreApplication::arguments())) {
         complain(parser.errorText());
         return false;
@@ -99,9 +104,15 @@ bool readOptions(options_t* options)
     options->recording = parser.value(recording);
     options->sonar = parser.value(sonar);
     options->showsSonar = parser.value(page) == QStringLiteral("sonar");
+    options->backEnd = parser.value(backEnd);
     options->screenshot = parser.value(screenshot);
     if (!options->showsSonar && parser.value(page) != QStringLiteral("charts")) {
         complain(QStringLiteral("--page takes charts or sonar, not '%1'").arg(parser.value(page)));
+        return false;
+    }
+    if (parser.isSet(backEnd) && options->backEnd != QStringLiteral("simple") &&
+        options->backEnd != QStringLiteral("gl")) {
+        complain(QStringLiteral("--back-end takes simple or gl, not '%1'").arg(options->backEnd));
         return false;
     }
     if (!parser.positionalArguments().isEmpty()) {
@@ -175,6 +186,8 @@ int main(int argc, char* argv[])
                      .arg(options.sonar));
 
     setResourceDirectory();
+    if (!options.backEnd.isEmpty()) // looked at when the first chart or curve is made
+        qputenv("ZORBIN_QT_STRIPCHART_TYPE", options.backEnd.toLatin1());
     theme::apply(&application);
     const bool isForPicture = !options.screenshot.isEmpty();
     QElapsedTimer elapsed;

@@ -6,6 +6,7 @@
 #include <QButtonGroup>
 #include <QHBoxLayout>
 #include <QToolButton>
+#include <stripChartImpl.h>
 
 namespace survey_console {
 
@@ -37,7 +38,6 @@ navigationPanel_t::navigationPanel_t(const QString& lineName, const lineCounts_t
     damageLabel->setObjectName(QStringLiteral("damageLabel"));
     if (counts.bad > 0)
         damageLabel->setText(tr("%1 damaged lines skipped").arg(counts.bad));
-
     auto* layout = new QHBoxLayout(this);
     layout->setContentsMargins(12, 6, 12, 6);
     m_pageLayout->setSpacing(4);
@@ -45,6 +45,13 @@ navigationPanel_t::navigationPanel_t(const QString& lineName, const lineCounts_t
     auto* lineLayout = new QHBoxLayout;
     lineLayout->setSpacing(12);
     lineLayout->addWidget(lineLabel);
+    if (zorbin_qt_gui::stripChartImpl_t::implementationType() == "gl") { // else as usual
+        auto* backEndLabel = makeLabel(theme::quietText(), 1.1, Qt::AlignLeft | Qt::AlignVCenter);
+        backEndLabel->setObjectName(QStringLiteral("backEndLabel"));
+        backEndLabel->setText(QStringLiteral("OpenGL"));
+        backEndLabel->setToolTip(tr("What draws the strip charts"));
+        lineLayout->addWidget(backEndLabel);
+    }
     lineLayout->addWidget(damageLabel, 1);
     layout->addLayout(lineLayout, 3);
     layout->addWidget(m_timeLabel, 4);
