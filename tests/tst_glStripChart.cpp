@@ -25,6 +25,7 @@
 #include <cstring>
 #include <limits>
 #include <memory>
+#include <qopengl.h>
 #include <utility>
 #include <vector>
 

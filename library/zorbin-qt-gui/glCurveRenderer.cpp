@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <qopengl.h>
 #include <utility>
 
 namespace zorbin_qt_gui {

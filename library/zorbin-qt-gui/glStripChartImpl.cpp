@@ -22,9 +22,8 @@ glStripChartImpl_t::glStripChartImpl_t(QWidget* parent)
     : stripChartImpl_t(parent), m_widget(std::make_unique<glStripChartWidget_t>(this))
 {
     connect(m_widget.get(), &glStripChartWidget_t::mousePos, this, &stripChartImpl_t::mousePos);
-    static const bool isUsable = !glVendor().empty();
     static bool isTold = false;
-    if (!isUsable && !isTold) {
+    if (!isGlUsable() && !isTold) {
         isTold = true;
         qWarning("glStripChartImpl_t::%s: No usable OpenGL context - Charts stay empty",
                  "glStripChartImpl_t");

@@ -8,12 +8,12 @@
 #include <QOpenGLContext>
 #include <QPointer>
 #include <limits>
+#include <qopengl.h>
 
 namespace zorbin_qt_gui {
 
 glStripChartWidget_t::glStripChartWidget_t(glStripChartImpl_t* impl) : m_impl(impl)
 {
-    setUpGlFormat(*this);
     setMouseTracking(true);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
     const auto repaint = qOverload<>(&QWidget::update);

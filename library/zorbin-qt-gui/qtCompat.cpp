@@ -7,6 +7,7 @@
 #if QT_VERSION >= QT_VERSION_CHECK(6, 0, 0)
 #include <QOffscreenSurface>
 #include <QOpenGLFunctions>
+#include <QOpenGLWidget>
 #endif
 
 namespace zorbin_qt_gui {
@@ -33,9 +34,62 @@ QSurfaceFormat fixedFunctionFormat()
 
 } // namespace
 
-void setUpGlFormat(QWidget& glWidget)
+// Covers the widget that it draws. A window with a QOpenGLWidget anywhere in it crashes where there
+// is no OpenGL, in Qt 6.4 at least, so there it isn't made at all.
+class glWidgetBase_t::canvas_t : public QOpenGLWidget
 {
-    static_cast<glWidgetBase_t&>(glWidget).setFormat(fixedFunctionFormat());
+public:
+    explicit canvas_t(glWidgetBase_t* owner) : QOpenGLWidget(owner), m_owner(*owner)
+    {
+        setFormat(fixedFunctionFormat());
+        setTextureFormat(GL_RGB8); // nothing shows through
+        setAttribute(Qt::WA_TransparentForMouseEvents);
+    }
+
+    void draw(QPaintEvent* event) { paintEvent(event); }
+
+protected:
+    void initializeGL() override { m_owner.initializeGL(); }
+    void resizeGL(int width, int height) override { m_owner.resizeGL(width, height); }
+    void paintGL() override { m_owner.paintGL(); }
+
+private:
+    glWidgetBase_t& m_owner;
+};
+
+glWidgetBase_t::glWidgetBase_t()
+{
+    if (isGlUsable())
+        m_canvas = new canvas_t(this);
+}
+
+glWidgetBase_t::~glWidgetBase_t()
+{
+    delete m_canvas;
+}
+
+QOpenGLContext* glWidgetBase_t::context() const
+{
+    return m_canvas != nullptr ? m_canvas->context() : nullptr;
+}
+
+void glWidgetBase_t::makeCurrent()
+{
+    if (m_canvas != nullptr)
+        m_canvas->makeCurrent();
+}
+
+// Qt doesn't repaint the canvas along with what it covers.
+void glWidgetBase_t::paintEvent(QPaintEvent* event)
+{
+    if (m_canvas != nullptr)
+        m_canvas->draw(event);
+}
+
+void glWidgetBase_t::resizeEvent(QResizeEvent* /*event*/)
+{
+    if (m_canvas != nullptr)
+        m_canvas->resize(size());
 }
 
 QOpenGLContext* glContextOf(const QWidget& glWidget)
@@ -73,10 +127,6 @@ void glWidgetBase_t::paintEvent(QPaintEvent* event)
     QPainter(this).drawImage(rect(), picture);
 }
 
-void setUpGlFormat(QWidget& /*glWidget*/)
-{
-}
-
 QOpenGLContext* glContextOf(const QWidget& glWidget)
 {
     const QGLContext* const context = static_cast<const glWidgetBase_t&>(glWidget).context();
@@ -99,5 +149,11 @@ std::string glVendor()
     return vendor == nullptr ? std::string() : reinterpret_cast<const char*>(vendor);
 }
 #endif
+
+bool isGlUsable()
+{
+    static const bool isUsable = !glVendor().empty();
+    return isUsable;
+}
 
 } // namespace zorbin_qt_gui

@@ -66,11 +66,11 @@ inline QSize globalStrut()
 #endif
 }
 
-/// Asks for the fixed-function OpenGL before the context of a glWidgetBase_t is made.
-void setUpGlFormat(QWidget& glWidget);
 /// The context of a glWidgetBase_t; null as long as it has none with the fixed-function OpenGL.
 QOpenGLContext* glContextOf(const QWidget& glWidget);
 /// What such a context says of its vendor; empty if none can be had.
 std::string glVendor();
+/// Whether one can be had in this process; found out once.
+bool isGlUsable();
 
 } // namespace zorbin_qt_gui
