@@ -2,6 +2,7 @@
 #include "colorPicker.h"
 #include "mainWindow.h"
 #include "messageRecorder.h"
+#include "notices.h"
 #include "palette.h"
 #include "paletteChooser.h"
 #include "pictures.h"
@@ -21,6 +22,8 @@
 #include <QFileDialog>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMenu>
+#include <QMessageBox>
 #include <QPainter>
 #include <QProcess>
 #include <QPushButton>
@@ -250,6 +253,11 @@ private Q_SLOTS:
     void fitsTheScreen();
     void namesDamage();
     void chartKeepsItsHeightWhenAReadOutComes();
+    void tellsOfStartAndEnd();
+    void asksBeforeItReplaysAnother();
+    void goesOnWhenTheUserThinksBetter();
+    void saysWhyARecordingCannotBeRead();
+    void showsTheAboutBox();
     void turnsPages();
     void sonarFollowsTheClock();
     // colours
@@ -842,6 +850,85 @@ void tst_surveyConsole::chartKeepsItsHeightWhenAReadOutComes()
     QCOMPARE(console.area(PANEL_DEPTH)->height(), height);
     QTest::mouseMove(console.find<QLabel>("timeLabel"));
     QTRY_COMPARE(console.text(PANEL_DEPTH, "pointerLabel"), QString());
+}
+
+void tst_surveyConsole::tellsOfStartAndEnd()
+{
+    console_t console;
+    QVERIFY(console.isReady());
+    const notices_t* notices = console.window.notices();
+    QCOMPARE(notices->texts(), QStringList());
+    console.clock()->setRunning(true);
+    console.pass(0.1);
+    QCOMPARE(notices->texts(), QStringList({"test line: 00:00:00 to 00:10:00 UTC"}));
+    console.pass(LENGTH);
+    QCOMPARE(notices->texts(),
+             QStringList({"Depth: nothing since 00:03:20 UTC", "End of the recording"}));
+}
+
+void tst_surveyConsole::asksBeforeItReplaysAnother()
+{
+    console_t console;
+    QVERIFY(console.isReady());
+    QString chosen;
+    std::shared_ptr<readResult_t> line;
+    connect(&console.window, &mainWindow_t::recordingChosen, this,
+            [&](const QString& path, const std::shared_ptr<readResult_t>& read) {
+                chosen = path;
+                line = read;
+            });
+    console.window.openRecording(SHIP);
+    QCOMPARE(chosen, QString());
+    auto* prompt = console.find<QWidget>("openPrompt");
+    QVERIFY(prompt);
+    QTRY_VERIFY(prompt->isVisible());
+    QCOMPARE(prompt->findChild<QLabel*>()->text(),
+             QStringLiteral("Replay underway-10min.log (0:10:24) in place of test line?"));
+    prompt->findChild<QPushButton*>("replayButton")->click(); // it has yet to find its place
+    QCOMPARE(chosen, QString(SHIP));
+    QVERIFY(!line->recording.isEmpty());
+    QTRY_VERIFY(!console.find<QWidget>("openPrompt"));
+}
+
+void tst_surveyConsole::goesOnWhenTheUserThinksBetter()
+{
+    console_t console;
+    QVERIFY(console.isReady());
+    bool isChosen = false;
+    connect(&console.window, &mainWindow_t::recordingChosen, this, [&] { isChosen = true; });
+    console.window.openRecording(SHIP);
+    console.window.openRecording(BOAT); // the one question takes the place of the other
+    QTRY_COMPARE(console.window.findChildren<QWidget*>("openPrompt").size(), 1);
+    console.find<QPushButton>("cancelButton")->click();
+    QTRY_VERIFY(!console.find<QWidget>("openPrompt"));
+    QVERIFY(!isChosen);
+}
+
+void tst_surveyConsole::saysWhyARecordingCannotBeRead()
+{
+    console_t console;
+    QVERIFY(console.isReady());
+    console.window.openRecording("/nowhere/line.log");
+    QCOMPARE(console.window.notices()->texts(),
+             QStringList({"cannot open '/nowhere/line.log': No such file or directory"}));
+    QVERIFY(!console.find<QWidget>("openPrompt"));
+}
+
+void tst_surveyConsole::showsTheAboutBox()
+{
+    console_t console;
+    QVERIFY(console.isReady());
+    QString text;
+    QTimer::singleShot(0, this, [&] { // once the box is shown, which blocks
+        auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+        QVERIFY(box);
+        text = box->text();
+        box->close();
+    });
+    auto* menu = console.find<QToolButton>("menuButton")->menu();
+    QCOMPARE(menu->actions().size(), 3); // one separates
+    menu->actions().constLast()->trigger();
+    QVERIFY2(text.contains("the sounder is simulated"), qPrintable(text));
 }
 
 void tst_surveyConsole::turnsPages()

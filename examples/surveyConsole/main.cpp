@@ -4,7 +4,8 @@
 // drag over a value ruler (its "Auto" button goes back), another palette for the depth, and another
 // colour for a curve: click the square beside its value. The second page shows a sidescan record:
 // drag over the histogram to set the levels that the colours are stretched over, over the range
-// ruler to look closer, and the slider below to look back.
+// ruler to look closer, and the slider below to look back. Ask the simulated sounder for more power
+// than it has. The menu opens another recording.
 
 #include "mainWindow.h"
 #include "recordingReader.h"
@@ -16,6 +17,7 @@
 #include <QFileInfo>
 #include <cmath>
 #include <cstdio>
+#include <memory>
 
 using namespace survey_console;
 
@@ -161,6 +163,8 @@ int main(int argc, char* argv[])
 {
     QApplication application(argc, argv);
     QApplication::setApplicationName(QStringLiteral("surveyConsole"));
+    QApplication::setApplicationVersion(QStringLiteral(SURVEY_CONSOLE_VERSION));
+    QApplication::setOrganizationName(QStringLiteral("the authors of libzorbin-qt-gui"));
     options_t options;
     if (!readOptions(&options))
         return EXIT_BAD_USAGE;
@@ -193,19 +197,34 @@ int main(int argc, char* argv[])
     QElapsedTimer elapsed;
     elapsed.start();
     double pictureTime = 0.0; // s
-    mainWindow_t window(QFileInfo(options.recording).fileName(), std::move(result), [&] {
+    const auto realTime = [&] {
         return isForPicture ? pictureTime : static_cast<double>(elapsed.nsecsElapsed()) * 1e-9;
-    });
-    window.addSonar(QFileInfo(options.sonar).fileName(), std::move(sonar.record));
-    if (options.showsSonar)
-        window.showPage(mainWindow_t::PAGE_SONAR);
-    window.resize(1280, 800);
-    window.show();
-    window.clock()->setSpeed(options.speed);
-    window.clock()->setRunning(true);
+    };
+    std::unique_ptr<mainWindow_t> window;
+    const std::function<void(const QString&, readResult_t)> replay = [&](const QString& path,
+                                                                         readResult_t line) {
+        auto next =
+            std::make_unique<mainWindow_t>(QFileInfo(path).fileName(), std::move(line), realTime);
+        next->addSonar(QFileInfo(options.sonar).fileName(), sonar.record);
+        if (options.showsSonar)
+            next->showPage(mainWindow_t::PAGE_SONAR);
+        next->resize(window ? window->size() : QSize(1280, 800));
+        QObject::connect(
+            next.get(), &mainWindow_t::recordingChosen, &application,
+            [&replay](const QString& chosen, const std::shared_ptr<readResult_t>& chosenLine) {
+                // Once the window that asks is done: it is replaced.
+                QTimer::singleShot(
+                    0, [&replay, chosen, chosenLine] { replay(chosen, std::move(*chosenLine)); });
+            });
+        next->show();
+        next->clock()->setSpeed(options.speed);
+        next->clock()->setRunning(true);
+        window = std::move(next);
+    };
+    replay(options.recording, std::move(result));
     if (isForPicture)
-        return writeScreenshot(&window, &pictureTime, options.screenshot) ? EXIT_SUCCESS
-                                                                          : EXIT_FAILURE;
+        return writeScreenshot(window.get(), &pictureTime, options.screenshot) ? EXIT_SUCCESS
+                                                                               : EXIT_FAILURE;
     if (options.duration > 0.0)
         QTimer::singleShot(static_cast<int>(options.duration * 1000.0), &application,
                            &QApplication::quit);

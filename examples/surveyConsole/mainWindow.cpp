@@ -1,15 +1,29 @@
 #include "mainWindow.h"
+#include "aboutBox.h"
 #include "chartPanel.h"
+#include "depthPanel.h"
+#include "labels.h"
+#include "layoutStop.h"
 #include "navigationPanel.h"
+#include "notices.h"
+#include "notifierWidget.h"
 #include "replayControls.h"
 #include "sonarPanel.h"
 #include "speedPanel.h"
+#include "statusLamps.h"
+#include "texts.h"
 #include "theme.h"
 #include "timeAxis.h"
 #include "timeRuler.h"
+#include "trackPanel.h"
 
+#include <QApplication>
+#include <QFileDialog>
+#include <QFileInfo>
 #include <QGridLayout>
 #include <QHBoxLayout>
+#include <QMenu>
+#include <QPushButton>
 #include <QShortcut>
 #include <QStackedWidget>
 #include <QVBoxLayout>
@@ -19,7 +33,8 @@ namespace {
 
 const int FRAME_INTERVAL = 33; // ms
 const int COLUMNS = 2;
-const int SPACING = 6; // px between panels
+const int SPACING = 6;            // px between panels
+const int INSTRUMENT_WIDTH = 160; // px
 
 std::vector<chartPanelSetup_t> panelSetups()
 {
@@ -73,24 +88,33 @@ std::vector<chartPanelSetup_t> panelSetups()
 
 mainWindow_t::mainWindow_t(const QString& lineName, readResult_t line,
                            std::function<double()> realTime, QWidget* parent)
-    : QWidget(parent), m_recording(std::move(line.recording)), m_clock(std::move(realTime)),
+    : QWidget(parent), m_recording(std::move(line.recording)), m_clock(realTime),
       m_navigationPanel(new navigationPanel_t(lineName, line.counts, m_recording)),
+      m_lineName(lineName), m_notifier(new zorbin_qt_gui::notifierWidget_t),
+      m_notices(
+          new notices_t(eventsOf(lineName, m_recording), std::move(realTime), m_notifier, this)),
       m_pages(new QStackedWidget)
 {
     setWindowTitle(tr("Survey console - %1").arg(lineName));
     auto* controls = new replayControls_t(&m_clock);
     m_pages->addWidget(makeChartPage(controls));
+    m_notifier->setMainWidget(new layoutStop_t(m_pages));
+    m_notifier->setAnimated(true);
+    theme::setUpNotifier(m_notifier);
+    makeMenu();
 
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(8, 8, 8, 8);
     layout->setSpacing(SPACING);
     layout->addWidget(m_navigationPanel);
-    layout->addWidget(m_pages, 1);
+    layout->addWidget(m_notifier, 1);
     layout->addWidget(controls);
 
     connect(&m_clock, &replayClock_t::timeAdvanced, m_navigationPanel,
             &navigationPanel_t::showTime);
     connect(&m_clock, &replayClock_t::timeJumped, m_navigationPanel, &navigationPanel_t::showTime);
+    connect(&m_clock, &replayClock_t::timeAdvanced, m_notices, &notices_t::showTime);
+    connect(&m_clock, &replayClock_t::timeJumped, m_notices, &notices_t::jumpTo);
     connect(&m_clock, &replayClock_t::timeJumped, this, &mainWindow_t::showReplay);
     connect(&m_clock, &replayClock_t::speedChanged, this, &mainWindow_t::showReplay);
     connect(&m_clock, &replayClock_t::runningChanged, this, &mainWindow_t::showReplay);
@@ -135,16 +159,109 @@ QWidget* mainWindow_t::makeChartPage(replayControls_t* controls)
     }
     addTimeAxes(charts);
 
-    auto* speedPanel = new speedPanel_t(m_recording);
-    connect(&m_clock, &replayClock_t::timeAdvanced, speedPanel, &speedPanel_t::showTime);
-    connect(&m_clock, &replayClock_t::timeJumped, speedPanel, &speedPanel_t::showTime);
     auto* page = new QWidget;
     auto* layout = new QHBoxLayout(page);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(SPACING);
     layout->addLayout(charts, 1);
-    layout->addWidget(speedPanel);
+    layout->addWidget(makeInstruments());
     return page;
+}
+
+// What is read at a glance, beside the charts.
+QWidget* mainWindow_t::makeInstruments()
+{
+    auto* instruments = new QWidget;
+    instruments->setFixedWidth(INSTRUMENT_WIDTH);
+    auto* layout = new QVBoxLayout(instruments);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(SPACING);
+    const auto add = [this, layout](auto* panel, int stretch) {
+        using panel_t = std::remove_pointer_t<decltype(panel)>;
+        layout->addWidget(panel, stretch);
+        connect(&m_clock, &replayClock_t::timeAdvanced, panel, &panel_t::showTime);
+        connect(&m_clock, &replayClock_t::timeJumped, panel, &panel_t::showTime);
+    };
+    add(new depthPanel_t(m_recording), 0);
+    add(new statusLamps_t(m_recording), 0);
+    add(new trackPanel_t(m_recording), 0);
+    add(new speedPanel_t(m_recording), 1);
+    return instruments;
+}
+
+void mainWindow_t::makeMenu()
+{
+    auto* menu = new QMenu(this);
+    menu->addAction(tr("Open recording\u2026"), this, &mainWindow_t::openFileDialog,
+                    QKeySequence(QKeySequence::Open));
+    menu->addSeparator();
+    menu->addAction(tr("About"), this, &mainWindow_t::showAbout);
+    m_navigationPanel->setMenu(menu);
+}
+
+// The replay goes on behind it.
+void mainWindow_t::openFileDialog()
+{
+    auto* dialog = new QFileDialog(this, tr("Recording"));
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    dialog->setFileMode(QFileDialog::ExistingFile);
+    dialog->setNameFilters({tr("NMEA 0183 logs (*.log *.nmea *.txt)"), tr("All files (*)")});
+    connect(dialog, &QFileDialog::fileSelected, this, &mainWindow_t::openRecording);
+    dialog->open();
+}
+
+void mainWindow_t::openRecording(const QString& path)
+{
+    auto line = std::make_shared<readResult_t>(readRecording(path));
+    if (line->error.isEmpty())
+        askToReplay(path, std::move(line));
+    else
+        m_notices->show(line->error);
+}
+
+void mainWindow_t::askToReplay(const QString& path, std::shared_ptr<readResult_t> line)
+{
+    if (m_prompt)
+        m_prompt->deleteLater(); // the user has thought better of it
+    m_prompt = new QWidget;
+    m_prompt->setObjectName(QStringLiteral("openPrompt"));
+    setBackground(m_prompt, theme::frame());
+    auto* question = makeLabel(theme::text(), 1.1, Qt::AlignLeft | Qt::AlignVCenter);
+    question->setTextFormat(Qt::PlainText);
+    const recording_t& recording = line->recording;
+    question->setText(tr("Replay %1 (%2) in place of %3?")
+                          .arg(QFileInfo(path).fileName(),
+                               durationText(recording.endTime() - recording.startTime()),
+                               m_lineName));
+    auto* replay = new QPushButton(tr("Replay"));
+    replay->setObjectName(QStringLiteral("replayButton"));
+    auto* cancel = new QPushButton(tr("Cancel"));
+    cancel->setObjectName(QStringLiteral("cancelButton"));
+    auto* layout = new QHBoxLayout(m_prompt);
+    layout->setContentsMargins(12, 6, 8, 6);
+    layout->addWidget(question, 1);
+    layout->addWidget(replay);
+    layout->addWidget(cancel);
+    const auto close = [this] {
+        m_notifier->dismissPrompt(m_prompt);
+        m_prompt->deleteLater();
+    };
+    connect(cancel, &QPushButton::clicked, m_prompt, close);
+    connect(replay, &QPushButton::clicked, m_prompt, [this, close, path, line] {
+        close();
+        Q_EMIT recordingChosen(path, line);
+    });
+    m_notifier->showPrompt(m_prompt);
+    cancel->setFocus();
+}
+
+void mainWindow_t::showAbout()
+{
+    zorbin_qt_gui::aboutBox_t box(this);
+    box.copyrightYears(QStringLiteral("2026"));
+    box.addText(tr("<p>Replays recorded survey lines. The recordings that come with it are real; "
+                   "the sounder is simulated.</p>"));
+    box.showAboutBox();
 }
 
 void mainWindow_t::addSonar(const QString& name, sonarRecord_t record)

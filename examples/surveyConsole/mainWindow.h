@@ -3,22 +3,32 @@
 #include "replayClock.h"
 #include "sonarRecord.h"
 
+#include <QPointer>
 #include <QTimer>
 #include <QWidget>
+#include <memory>
 #include <vector>
 
 class QGridLayout;
 class QStackedWidget;
 
+namespace zorbin_qt_gui {
+class notifierWidget_t;
+}
+
 namespace survey_console {
 class chartPanel_t;
 class navigationPanel_t;
+class notices_t;
 class replayControls_t;
 class sonarPanel_t;
 
-/// The console: the survey line's charts with their time axes and a speed gauge, above them the
-/// time and position, below them the replay's controls. Space pauses and resumes; Left, Right, Page
-/// Up, Page Down, Home and End seek.
+/// The console: the survey line's charts with their time axes and instruments to be read at a
+/// glance, above them the time and position, below them the replay's controls. A sonar record has a
+/// page of its own. Notices at the lower edge tell of the start, the end and gaps of the recording.
+///
+/// Space pauses and resumes; Left, Right, Page Up, Page Down, Home and End seek; F1 and F2 turn to
+/// the charts and the sonar; Ctrl+O opens another recording.
 class mainWindow_t : public QWidget
 {
     Q_OBJECT
@@ -41,14 +51,28 @@ public:
     /// Turns to a page. That of the sonar has to be added before.
     void showPage(page_t page);
     sonarPanel_t* sonarPanel() const { return m_sonarPanel; }
+    notices_t* notices() const { return m_notices; }
+
+    /// Reads another recording and asks the user whether to replay it in place of this one. If it
+    /// can't be read, a notice says why.
+    void openRecording(const QString& path);
 
     /// The clock all panels follow. While it runs, a timer advances it once a frame.
     replayClock_t* clock() { return &m_clock; }
     const std::vector<chartPanel_t*>& chartPanels() const { return m_chartPanels; }
 
+Q_SIGNALS:
+    /// The user wants to replay the recording read from \p path_.
+    void recordingChosen(const QString& path_, std::shared_ptr<readResult_t> line_);
+
 private:
     QWidget* makeChartPage(replayControls_t* controls);
     void addTimeAxes(QGridLayout* charts);
+    QWidget* makeInstruments();
+    void makeMenu();
+    void openFileDialog();
+    void askToReplay(const QString& path, std::shared_ptr<readResult_t> line);
+    void showAbout();
     void addShortcut(int key, std::function<void()> action);
     void showReplay();
 
@@ -58,6 +82,10 @@ private:
     QTimer m_frameTimer;
     navigationPanel_t* m_navigationPanel;
     std::vector<chartPanel_t*> m_chartPanels;
+    QString m_lineName;
+    zorbin_qt_gui::notifierWidget_t* m_notifier;
+    notices_t* m_notices;
+    QPointer<QWidget> m_prompt; // while the user is asked
     QStackedWidget* m_pages;
     sonarPanel_t* m_sonarPanel = nullptr; // until there is a record
 };

@@ -5,6 +5,7 @@
 
 #include <QButtonGroup>
 #include <QHBoxLayout>
+#include <QMenu>
 #include <QToolButton>
 #include <stripChartImpl.h>
 
@@ -57,6 +58,19 @@ navigationPanel_t::navigationPanel_t(const QString& lineName, const lineCounts_t
     layout->addWidget(m_timeLabel, 4);
     layout->addWidget(m_positionLabel, 4);
     layout->addWidget(m_stateLabel, 2);
+}
+
+void navigationPanel_t::setMenu(QMenu* menu)
+{
+    auto* button = new QToolButton;
+    button->setObjectName(QStringLiteral("menuButton"));
+    button->setText(QStringLiteral("\u2261")); // three bars
+    button->setToolTip(tr("Open a recording, about this program"));
+    button->setMenu(menu);
+    button->setPopupMode(QToolButton::InstantPopup);
+    button->setStyleSheet(QStringLiteral("QToolButton::menu-indicator { image: none; }"));
+    button->setFocusPolicy(Qt::TabFocus);
+    m_pageLayout->insertWidget(0, button);
 }
 
 void navigationPanel_t::addPage(const QString& name, const QString& key)

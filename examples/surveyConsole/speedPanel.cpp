@@ -1,13 +1,12 @@
 #include "speedPanel.h"
 #include "labels.h"
 #include "slidingGauge.h"
+#include "steadySpinBox.h"
 #include "texts.h"
 #include "theme.h"
 #include "valueRuler.h"
 
-#include <QDoubleSpinBox>
 #include <QGridLayout>
-#include <QWheelEvent>
 #include <algorithm>
 #include <cmath>
 
@@ -20,22 +19,6 @@ const double MIN_SCALE = 10.0; // kn
 const double MAX_SPEED = 60.0; // kn
 const double SPEED_STEP = 0.5; // kn
 const int GAUGE_WIDTH = 28;    // px
-
-// Turns only while the user is at it: a wheel that passes over the panel changes no plan.
-class speedBox_t : public QDoubleSpinBox
-{
-public:
-    speedBox_t() { setFocusPolicy(Qt::StrongFocus); }
-
-protected:
-    void wheelEvent(QWheelEvent* event) override
-    {
-        if (hasFocus())
-            QDoubleSpinBox::wheelEvent(event);
-        else
-            event->ignore();
-    }
-};
 
 const std::vector<sample_t>& speedsOf(const recording_t& recording)
 {
@@ -58,7 +41,7 @@ speedPanel_t::speedPanel_t(const recording_t& recording, QWidget* parent)
     : QFrame(parent), m_speeds(speedsOf(recording)), m_maxAge(gapThreshold(m_speeds)),
       m_gauge(new slidingGauge_t),
       m_speedLabel(makeLabel(theme::firstCurve(), 1.6, Qt::AlignRight | Qt::AlignVCenter)),
-      m_plannedBox(new speedBox_t)
+      m_plannedBox(new steadySpinBox_t)
 {
     setFrameShape(QFrame::StyledPanel);
     setBackground(this, theme::panel());
@@ -82,7 +65,6 @@ speedPanel_t::speedPanel_t(const recording_t& recording, QWidget* parent)
     m_plannedBox->setRange(0.0, scale);
     m_plannedBox->setDecimals(1);
     m_plannedBox->setSingleStep(SPEED_STEP);
-    m_plannedBox->setKeyboardTracking(false);
     m_plannedBox->setToolTip(tr("Planned speed"));
     connect(m_plannedBox, QOverload<double>::of(&QDoubleSpinBox::valueChanged), m_gauge,
             &slidingGauge_t::setSetpoint);
@@ -105,6 +87,7 @@ speedPanel_t::speedPanel_t(const recording_t& recording, QWidget* parent)
     layout->addWidget(ruler, 1, 0);
     layout->addWidget(m_gauge, 1, 1);
     auto* footer = new QHBoxLayout;
+    footer->setSpacing(6);
     footer->addWidget(planned);
     footer->addWidget(m_plannedBox, 1);
     layout->addLayout(footer, 2, 0, 1, 3);

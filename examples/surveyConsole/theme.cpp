@@ -37,4 +37,12 @@ void setUpRuler(QWidget* ruler)
     ruler->setPalette(palette);
 }
 
+void setUpNotifier(QWidget* notifier)
+{
+    QPalette palette = notifier->palette();
+    palette.setColor(QPalette::Light, quietText());
+    palette.setColor(QPalette::Dark, window());
+    notifier->setPalette(palette);
+}
+
 } // namespace survey_console::theme

@@ -66,4 +66,7 @@ void apply(QApplication* application);
 /// Draws the axis, ticks and labels of a ruler in quietText().
 void setUpRuler(QWidget* ruler);
 
+/// Draws the frames around notices and prompts without glaring edges.
+void setUpNotifier(QWidget* notifier);
+
 } // namespace survey_console::theme
