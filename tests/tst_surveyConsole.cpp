@@ -1,11 +1,13 @@
 #include "chartPanel.h"
 #include "colorPicker.h"
+#include "latLonEditor.h"
 #include "mainWindow.h"
 #include "messageRecorder.h"
 #include "notices.h"
 #include "palette.h"
 #include "paletteChooser.h"
 #include "pictures.h"
+#include "positionPanel.h"
 #include "sonarPanel.h"
 #include "speedPanel.h"
 #include "stripChart.h"
@@ -39,6 +41,7 @@
 
 using namespace survey_console;
 using zorbin_qt_gui::colorPicker_t;
+using zorbin_qt_gui::latLonEditor_t;
 using zorbin_qt_gui::palette_t;
 using zorbin_qt_gui::stripChart_t;
 
@@ -260,6 +263,7 @@ private Q_SLOTS:
     void showsTheAboutBox();
     void turnsPages();
     void sonarFollowsTheClock();
+    void goesToTheTimeNearestToAPosition();
     // colours
     void startsWithTheDepthPalette();
     void coloursTheDepthByValue();
@@ -291,9 +295,12 @@ private Q_SLOTS:
     void writesTimes();
     void writesAngles_data();
     void writesAngles();
+    void writesBearingsInThreeDigits();
     void writesValuesWithoutMinusZero();
     void writesPositions_data();
     void writesPositions();
+    void writesRanges_data();
+    void writesRanges();
     // the program
     void writesAScreenshot();
     void drawsThroughTheBackEndOfChoice();
@@ -807,13 +814,15 @@ void tst_surveyConsole::fitsTheScreen()
     QCOMPARE(ship.error, QString());
     mainWindow_t window("underway-10min.log", std::move(ship), [] { return 0.0; });
     window.addSonar("sidescan-600khz.pgm", testSonar());
+    window.addSurvey();
     window.resize(size);
     window.show();
     QVERIFY(QTest::qWaitForWindowExposed(&window));
     window.clock()->seek(window.clock()->start() + 500.0);
     QCoreApplication::processEvents();
     QCOMPARE(window.size(), size);
-    for (const mainWindow_t::page_t page : {mainWindow_t::PAGE_SONAR, mainWindow_t::PAGE_CHARTS}) {
+    for (const mainWindow_t::page_t page :
+         {mainWindow_t::PAGE_SURVEY, mainWindow_t::PAGE_SONAR, mainWindow_t::PAGE_CHARTS}) {
         window.showPage(page);
         QCoreApplication::processEvents();
         QCOMPARE(window.size(), size);
@@ -934,8 +943,8 @@ void tst_surveyConsole::showsTheAboutBox()
 void tst_surveyConsole::turnsPages()
 {
     console_t console;
-    QVERIFY(!console.find<QToolButton>("pageButton0")); // there is only one page
     console.window.addSonar("test.pgm", testSonar());
+    console.window.addSurvey();
     QVERIFY(console.isReady());
     sonarPanel_t* sonar = console.window.sonarPanel();
     chartPanel_t* charts = console.panel(PANEL_DEPTH);
@@ -953,6 +962,27 @@ void tst_surveyConsole::turnsPages()
     QVERIFY(charts->isVisible());
     QTest::keyClick(&console.window, Qt::Key_F2);
     QVERIFY(sonar->isVisible());
+    QTest::keyClick(&console.window, Qt::Key_F3);
+    QVERIFY(console.window.findChild<positionPanel_t*>()->isVisible());
+    QVERIFY(console.find<QToolButton>("pageButton2")->isChecked());
+}
+
+void tst_surveyConsole::goesToTheTimeNearestToAPosition()
+{
+    readResult_t line = testLine();
+    for (int second = 0; second <= 600; ++second) // north at 3.6 kn along the meridian
+        line.recording.addFix("INGGA", {START + second, QGeoCoordinate(second / 60000.0, 0.0)});
+    mainWindow_t window("test line", std::move(line), [] { return 0.0; });
+    window.addSonar("test.pgm", testSonar());
+    window.addSurvey();
+    auto* vessel = window.findChild<latLonEditor_t*>("vesselLatitude");
+    auto* target = window.findChild<latLonEditor_t*>("targetLatitude");
+    target->setValue(300.0 / 60000.0);
+    QTest::mouseClick(window.findChild<QPushButton*>("nearestButton"), Qt::LeftButton);
+    QCOMPARE(window.clock()->time(), START + 300.0);
+    double latitude = 0.0;
+    QVERIFY(vessel->value(latitude));
+    QCOMPARE(latitude, 300.0 / 60000.0);
 }
 
 void tst_surveyConsole::sonarFollowsTheClock()
@@ -1436,6 +1466,16 @@ void tst_surveyConsole::writesAngles()
     QCOMPARE(angleText(degrees, 1), text);
 }
 
+void tst_surveyConsole::writesBearingsInThreeDigits()
+{
+    QCOMPARE(bearingText(0.0), QStringLiteral("000.0\u00b0"));
+    QCOMPARE(bearingText(9.96), QStringLiteral("010.0\u00b0"));
+    QCOMPARE(bearingText(39.2), QStringLiteral("039.2\u00b0"));
+    QCOMPARE(bearingText(359.96), QStringLiteral("000.0\u00b0"));
+    QCOMPARE(bearingText(-90.0), QStringLiteral("270.0\u00b0"));
+    QCOMPARE(bearingText(std::nan("")), noValueText());
+}
+
 void tst_surveyConsole::writesValuesWithoutMinusZero()
 {
     QCOMPARE(valueText(-0.04, 1), QStringLiteral("0.0"));
@@ -1469,6 +1509,26 @@ void tst_surveyConsole::writesPositions()
     QFETCH(double, longitude);
     QFETCH(QString, text);
     QCOMPARE(positionText(QGeoCoordinate(latitude, longitude)), text);
+}
+
+void tst_surveyConsole::writesRanges_data()
+{
+    QTest::addColumn<double>("metres");
+    QTest::addColumn<QString>("text");
+    QTest::newRow("none") << 0.0 << "0 m";
+    QTest::newRow("rounded") << 523.6 << "524 m";
+    QTest::newRow("below a mile") << 1851.4 << "1851 m";
+    QTest::newRow("a mile") << 1852.0 << "1.00 nmi";
+    QTest::newRow("far") << 185200.0 << "100.00 nmi";
+    QTest::newRow("NaN") << std::numeric_limits<double>::quiet_NaN() << QString(u'\u2013');
+    QTest::newRow("infinite") << std::numeric_limits<double>::infinity() << QString(u'\u2013');
+}
+
+void tst_surveyConsole::writesRanges()
+{
+    QFETCH(double, metres);
+    QFETCH(QString, text);
+    QCOMPARE(rangeText(metres), text);
 }
 
 void tst_surveyConsole::writesAScreenshot()
@@ -1521,6 +1581,7 @@ void tst_surveyConsole::screenshotsAreAlike_data()
     QTest::addColumn<QString>("page");
     QTest::newRow("charts") << "charts";
     QTest::newRow("sonar") << "sonar";
+    QTest::newRow("survey") << "survey";
 }
 
 void tst_surveyConsole::screenshotsAreAlike()
@@ -1590,7 +1651,7 @@ void tst_surveyConsole::refusesBadOptions_data()
     QTest::newRow("duration -1") << QStringList{"--duration=-1"} << duration.arg("-1");
     QTest::newRow("duration infinite") << QStringList{"--duration", "inf"} << duration.arg("inf");
     QTest::newRow("page") << QStringList{"--page", "chart"}
-                          << "surveyConsole: --page takes charts or sonar, not 'chart'\n";
+                          << "surveyConsole: --page takes charts, sonar or survey, not 'chart'\n";
     QTest::newRow("back end") << QStringList{"--back-end", "GL"}
                               << "surveyConsole: --back-end takes simple or gl, not 'GL'\n";
     QTest::newRow("argument") << QStringList{"line.log"}

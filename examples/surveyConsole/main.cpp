@@ -5,7 +5,8 @@
 // colour for a curve: click the square beside its value. The second page shows a sidescan record:
 // drag over the histogram to set the levels that the colours are stretched over, over the range
 // ruler to look closer, and the slider below to look back. Ask the simulated sounder for more power
-// than it has. The menu opens another recording.
+// than it has. The third page shows the position in a notation of choice: enter another one to see
+// its range and bearing. The menu opens another recording.
 
 #include "mainWindow.h"
 #include "recordingReader.h"
@@ -32,12 +33,18 @@ struct options_t
 {
     QString recording;
     QString sonar;
-    bool showsSonar = false; // at first
-    QString backEnd;         // of the strip charts; empty: as the library chooses
+    mainWindow_t::page_t page = mainWindow_t::PAGE_CHARTS; // at first
+    QString backEnd; // of the strip charts; empty: as the library chooses
     double speed = 1.0;
     double duration = 0.0; // s; 0.0: until closed
     QString screenshot;
 };
+
+// In the order of the pages.
+QStringList pageNames()
+{
+    return {QStringLiteral("charts"), QStringLiteral("sonar"), QStringLiteral("survey")};
+}
 
 void complain(const QString& message)
 {
@@ -78,7 +85,7 @@ bool readOptions(options_t* options)
         QStringLiteral("Replay the sidescan record FILE, a PGM picture beside a CSV table."),
         QStringLiteral("FILE"), QStringLiteral(SURVEY_CONSOLE_DEFAULT_SONAR));
     const QCommandLineOption page(QStringLiteral("page"),
-                                  QStringLiteral("Show PAGE first: charts or sonar."),
+                                  QStringLiteral("Show PAGE first: charts, sonar or survey."),
                                   QStringLiteral("PAGE"), QStringLiteral("charts"));
     const QCommandLineOption backEnd(
         QStringLiteral("back-end"),
@@ -105,13 +112,15 @@ bool readOptions(options_t* options)
         parser.showHelp();
     options->recording = parser.value(recording);
     options->sonar = parser.value(sonar);
-    options->showsSonar = parser.value(page) == QStringLiteral("sonar");
     options->backEnd = parser.value(backEnd);
     options->screenshot = parser.value(screenshot);
-    if (!options->showsSonar && parser.value(page) != QStringLiteral("charts")) {
-        complain(QStringLiteral("--page takes charts or sonar, not '%1'").arg(parser.value(page)));
+    const auto pageIndex = pageNames().indexOf(parser.value(page));
+    if (pageIndex < 0) {
+        complain(QStringLiteral("--page takes charts, sonar or survey, not '%1'")
+                     .arg(parser.value(page)));
         return false;
     }
+    options->page = static_cast<mainWindow_t::page_t>(pageIndex);
     if (parser.isSet(backEnd) && options->backEnd != QStringLiteral("simple") &&
         options->backEnd != QStringLiteral("gl")) {
         complain(QStringLiteral("--back-end takes simple or gl, not '%1'").arg(options->backEnd));
@@ -206,8 +215,8 @@ int main(int argc, char* argv[])
         auto next =
             std::make_unique<mainWindow_t>(QFileInfo(path).fileName(), std::move(line), realTime);
         next->addSonar(QFileInfo(options.sonar).fileName(), sonar.record);
-        if (options.showsSonar)
-            next->showPage(mainWindow_t::PAGE_SONAR);
+        next->addSurvey();
+        next->showPage(options.page);
         next->resize(window ? window->size() : QSize(1280, 800));
         QObject::connect(
             next.get(), &mainWindow_t::recordingChosen, &application,

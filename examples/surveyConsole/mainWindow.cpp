@@ -7,6 +7,7 @@
 #include "navigationPanel.h"
 #include "notices.h"
 #include "notifierWidget.h"
+#include "positionPanel.h"
 #include "replayControls.h"
 #include "sonarPanel.h"
 #include "speedPanel.h"
@@ -22,6 +23,7 @@
 #include <QFileInfo>
 #include <QGridLayout>
 #include <QHBoxLayout>
+#include <QKeySequence>
 #include <QMenu>
 #include <QPushButton>
 #include <QShortcut>
@@ -35,6 +37,7 @@ const int FRAME_INTERVAL = 33; // ms
 const int COLUMNS = 2;
 const int SPACING = 6;            // px between panels
 const int INSTRUMENT_WIDTH = 160; // px
+const int POSITION_WIDTH = 360;   // px
 
 std::vector<chartPanelSetup_t> panelSetups()
 {
@@ -97,7 +100,8 @@ mainWindow_t::mainWindow_t(const QString& lineName, readResult_t line,
 {
     setWindowTitle(tr("Survey console - %1").arg(lineName));
     auto* controls = new replayControls_t(&m_clock);
-    m_pages->addWidget(makeChartPage(controls));
+    addPage(makeChartPage(controls), tr("Charts"));
+    showPage(PAGE_CHARTS);
     m_notifier->setMainWidget(new layoutStop_t(m_pages));
     m_notifier->setAnimated(true);
     theme::setUpNotifier(m_notifier);
@@ -110,6 +114,8 @@ mainWindow_t::mainWindow_t(const QString& lineName, readResult_t line,
     layout->addWidget(m_notifier, 1);
     layout->addWidget(controls);
 
+    connect(m_navigationPanel, &navigationPanel_t::pageChosen, this,
+            [this](int page) { showPage(static_cast<page_t>(page)); });
     connect(&m_clock, &replayClock_t::timeAdvanced, m_navigationPanel,
             &navigationPanel_t::showTime);
     connect(&m_clock, &replayClock_t::timeJumped, m_navigationPanel, &navigationPanel_t::showTime);
@@ -268,19 +274,37 @@ void mainWindow_t::addSonar(const QString& name, sonarRecord_t record)
 {
     m_sonarRecord = std::move(record);
     m_sonarPanel = new sonarPanel_t(name, m_sonarRecord);
-    m_pages->addWidget(m_sonarPanel);
+    addPage(m_sonarPanel, tr("Sonar"));
     const auto follow = [this](double time) { m_sonarPanel->showTime(time - m_clock.start()); };
     connect(&m_clock, &replayClock_t::timeAdvanced, m_sonarPanel, follow);
     connect(&m_clock, &replayClock_t::timeJumped, m_sonarPanel, follow);
     follow(m_clock.time());
+}
 
-    m_navigationPanel->addPage(tr("Charts"), QStringLiteral("F1"));
-    m_navigationPanel->addPage(tr("Sonar"), QStringLiteral("F2"));
-    connect(m_navigationPanel, &navigationPanel_t::pageChosen, this,
-            [this](int page) { showPage(static_cast<page_t>(page)); });
-    addShortcut(Qt::Key_F1, [this] { showPage(PAGE_CHARTS); });
-    addShortcut(Qt::Key_F2, [this] { showPage(PAGE_SONAR); });
-    showPage(PAGE_CHARTS);
+void mainWindow_t::addSurvey()
+{
+    auto* positionPanel = new positionPanel_t(m_recording);
+    connect(&m_clock, &replayClock_t::timeAdvanced, positionPanel, &positionPanel_t::showTime);
+    connect(&m_clock, &replayClock_t::timeJumped, positionPanel, &positionPanel_t::showTime);
+    connect(positionPanel, &positionPanel_t::timeChosen, &m_clock, &replayClock_t::seek);
+    positionPanel->showTime(m_clock.time());
+    positionPanel->setFixedWidth(POSITION_WIDTH);
+
+    auto* page = new QWidget;
+    auto* layout = new QHBoxLayout(page);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(SPACING);
+    layout->addWidget(positionPanel);
+    layout->addStretch();
+    addPage(page, tr("Survey"));
+}
+
+void mainWindow_t::addPage(QWidget* page, const QString& name)
+{
+    const int index = m_pages->addWidget(page);
+    const int key = Qt::Key_F1 + index;
+    m_navigationPanel->addPage(name, QKeySequence(key).toString());
+    addShortcut(key, [this, index] { showPage(static_cast<page_t>(index)); });
 }
 
 void mainWindow_t::showPage(page_t page)

@@ -27,8 +27,8 @@ class sonarPanel_t;
 /// glance, above them the time and position, below them the replay's controls. A sonar record has a
 /// page of its own. Notices at the lower edge tell of the start, the end and gaps of the recording.
 ///
-/// Space pauses and resumes; Left, Right, Page Up, Page Down, Home and End seek; F1 and F2 turn to
-/// the charts and the sonar; Ctrl+O opens another recording.
+/// Space pauses and resumes; Left, Right, Page Up, Page Down, Home and End seek; F1, F2 and F3
+/// turn the pages; Ctrl+O opens another recording.
 class mainWindow_t : public QWidget
 {
     Q_OBJECT
@@ -36,7 +36,8 @@ public:
     enum page_t
     {
         PAGE_CHARTS,
-        PAGE_SONAR
+        PAGE_SONAR,
+        PAGE_SURVEY
     };
 
     /// Shows the recording in \p line, standing at its start and paused. \p realTime is what the
@@ -48,7 +49,9 @@ public:
     /// Adds the page of a sidescan record, once, which holds at least one ping. It follows the
     /// clock from the line's start on.
     void addSonar(const QString& name, sonarRecord_t record);
-    /// Turns to a page. That of the sonar has to be added before.
+    /// Adds the page of the survey, once and after that of the sonar: where the vessel is and was.
+    void addSurvey();
+    /// Turns to a page that is there.
     void showPage(page_t page);
     sonarPanel_t* sonarPanel() const { return m_sonarPanel; }
     notices_t* notices() const { return m_notices; }
@@ -67,6 +70,7 @@ Q_SIGNALS:
 
 private:
     QWidget* makeChartPage(replayControls_t* controls);
+    void addPage(QWidget* page, const QString& name);
     void addTimeAxes(QGridLayout* charts);
     QWidget* makeInstruments();
     void makeMenu();

@@ -116,6 +116,20 @@ const fix_t* newestAt(const std::vector<fix_t>& fixes, double time)
     return newest(fixes, time);
 }
 
+const fix_t* nearestTo(const std::vector<fix_t>& fixes, const QGeoCoordinate& place)
+{
+    const fix_t* nearest = nullptr;
+    double range = HUGE_VAL;
+    for (const fix_t& fix : fixes) {
+        const double distance = fix.position.distanceTo(place);
+        if (distance < range) {
+            range = distance;
+            nearest = &fix;
+        }
+    }
+    return nearest;
+}
+
 double gapThreshold(const std::vector<sample_t>& samples)
 {
     if (samples.size() < 2)

@@ -86,6 +86,9 @@ const sample_t* newestAt(const std::vector<sample_t>& samples, double time);
 /// The newest position at or before \p time, or null.
 const fix_t* newestAt(const std::vector<fix_t>& fixes, double time);
 
+/// The position nearest to a valid \p place, the first of several; null if there is none.
+const fix_t* nearestTo(const std::vector<fix_t>& fixes, const QGeoCoordinate& place);
+
 /// The time step above which two samples count as interrupted: 1.8 times the median step, so that
 /// one missing sample shows and jitter does not. 0.0 for fewer than two samples.
 double gapThreshold(const std::vector<sample_t>& samples);

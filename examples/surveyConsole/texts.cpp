@@ -7,6 +7,7 @@ namespace survey_console {
 namespace {
 
 const double LAST_TIME = 253402300799.0; // 9999-12-31 23:59:59 UTC
+const double NAUTICAL_MILE = 1852.0;     // m
 
 bool isShowable(double time)
 {
@@ -78,6 +79,21 @@ QString angleText(double degrees, int decimals)
         return noValueText();
     const double turn = std::fmod(rounded(degrees, decimals), 360.0);
     return valueText(rounded(turn < 0.0 ? turn + 360.0 : turn, decimals), decimals);
+}
+
+QString bearingText(double degrees)
+{
+    if (!std::isfinite(degrees))
+        return noValueText();
+    return angleText(degrees, 1).rightJustified(5, QLatin1Char('0')) + QStringLiteral("\u00b0");
+}
+
+QString rangeText(double metres)
+{
+    if (!std::isfinite(metres))
+        return noValueText();
+    return metres < NAUTICAL_MILE ? valueText(metres, 0) + QStringLiteral(" m")
+                                  : valueText(metres / NAUTICAL_MILE, 2) + QStringLiteral(" nmi");
 }
 
 QString positionText(const QGeoCoordinate& position)

@@ -19,6 +19,12 @@ QString durationText(double seconds);
 QString valueText(double value, int decimals);
 /// An angle brought to 0 up to below 360 deg as it is shown: 359.96 is "0.0" with one decimal.
 QString angleText(double degrees, int decimals);
+/// A bearing as it is spoken, in three digits and a decimal: "039.2°"; noValueText() if not finite.
+QString bearingText(double degrees);
+
+/// A distance in metres: "523 m", from one nautical mile on "1.23 nmi"; noValueText() if not
+/// finite.
+QString rangeText(double metres);
 
 /// "22°00.110' S  017°56.359' W"; noValueText() for an invalid position.
 QString positionText(const QGeoCoordinate& position);
