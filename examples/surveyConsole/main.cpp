@@ -16,6 +16,7 @@
 #include <QCommandLineParser>
 #include <QElapsedTimer>
 #include <QFileInfo>
+#include <QTranslator>
 #include <cmath>
 #include <cstdio>
 #include <memory>
@@ -174,6 +175,11 @@ int main(int argc, char* argv[])
     QApplication::setApplicationName(QStringLiteral("surveyConsole"));
     QApplication::setApplicationVersion(QStringLiteral(SURVEY_CONSOLE_VERSION));
     QApplication::setOrganizationName(QStringLiteral("the authors of libzorbin-qt-gui"));
+    // The library's texts are shown in the user's language, if there is a translation.
+    QTranslator libraryTexts;
+    if (libraryTexts.load(QLocale(), QStringLiteral("zorbin-qt-gui"), QStringLiteral("_"),
+                          QStringLiteral(SURVEY_CONSOLE_TRANSLATIONS)))
+        QApplication::installTranslator(&libraryTexts);
     options_t options;
     if (!readOptions(&options))
         return EXIT_BAD_USAGE;

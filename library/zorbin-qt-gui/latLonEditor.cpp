@@ -35,6 +35,10 @@ struct settingsEntry_t
     unsigned precision; // decimals of the last field
 };
 
+// A text of Qt's own, which Qt translates. Kept apart from tr(), so that lupdate doesn't take it
+// for one of this library.
+constexpr char QT_PASTE_TEXT[] = "&Paste";
+
 // By notation. Deliberate: the points of the patterns match any character.
 constexpr settingsEntry_t entryTable[] = {
     {"\\d\\d.\\d\\d\\d\\d\\d\\d\\d\\d\xB0", "\\d\\d\\d.\\d\\d\\d\\d\\d\\d\\d\\d\xB0", "%lf\xB0",
@@ -192,7 +196,7 @@ protected:
         menu->setAttribute(Qt::WA_DeleteOnClose);
         const QList<QAction*> actions = menu->actions();
         for (QAction* const action : actions) {
-            if (!action->text().startsWith(QLineEdit::tr("&Paste")))
+            if (!action->text().startsWith(QLineEdit::tr(QT_PASTE_TEXT)))
                 continue;
             action->disconnect(SIGNAL(triggered(bool)));
             connect(action, &QAction::triggered, this,
