@@ -51,6 +51,7 @@ private Q_SLOTS:
     void lampsTellOfPositionAndData();
     void drawsTheTrack();
     void drawsNorthUp();
+    void tracksTheVesselWhileHidden();
     void survivesAnOddTrack_data();
     void survivesAnOddTrack();
     void choosesRoundLengths_data();
@@ -211,6 +212,24 @@ void tst_consoleInstruments::drawsNorthUp()
     QVERIFY2(std::abs(south.y() - north.y() - wanted) < 1.5,
              qPrintable(QString::number(south.y() - north.y())));
     QVERIFY(std::abs(south.x() - north.x()) < 1.0);
+}
+
+// As on a page that doesn't show.
+void tst_consoleInstruments::tracksTheVesselWhileHidden()
+{
+    trackPanel_t panel(testRecording());
+    panel.resize(160, 170);
+    panel.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&panel));
+    panel.showTime(START + 100.0);
+    QTRY_VERIFY(middleOf(theme::firstCurve(), pictureOf(&panel)).x() > 0.0);
+    const QImage end = pictureOf(&panel);
+    panel.showTime(START + 50.0);
+    panel.hide();
+    panel.showTime(START + 100.0);
+    QCOMPARE(panel.sailed(), std::size_t(101));
+    panel.show();
+    QCOMPARE(pictureOf(&panel), end); // before it is painted
 }
 
 void tst_consoleInstruments::survivesAnOddTrack_data()

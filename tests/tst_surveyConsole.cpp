@@ -8,6 +8,7 @@
 #include "paletteChooser.h"
 #include "pictures.h"
 #include "positionPanel.h"
+#include "recordingsPanel.h"
 #include "sonarPanel.h"
 #include "speedPanel.h"
 #include "stripChart.h"
@@ -24,6 +25,7 @@
 #include <QFileDialog>
 #include <QLabel>
 #include <QLineEdit>
+#include <QListWidget>
 #include <QMenu>
 #include <QMessageBox>
 #include <QPainter>
@@ -260,6 +262,7 @@ private Q_SLOTS:
     void asksBeforeItReplaysAnother();
     void goesOnWhenTheUserThinksBetter();
     void saysWhyARecordingCannotBeRead();
+    void replaysFromTheList();
     void showsTheAboutBox();
     void turnsPages();
     void sonarFollowsTheClock();
@@ -308,6 +311,7 @@ private Q_SLOTS:
     void screenshotsAreAlike();
     void findsThePalettesOfTheSourceTree();
     void replaysTheBoat();
+    void offersFurtherRecordings();
     void quitsAfterTheDuration();
     void printsHelp();
     void refusesBadOptions_data();
@@ -923,6 +927,30 @@ void tst_surveyConsole::saysWhyARecordingCannotBeRead()
     QVERIFY(!console.find<QWidget>("openPrompt"));
 }
 
+void tst_surveyConsole::replaysFromTheList()
+{
+    console_t console;
+    QVERIFY(!console.window.recordings());
+    console.window.addSonar("test.pgm", testSonar());
+    console.window.addSurvey();
+    console.window.showPage(mainWindow_t::PAGE_SURVEY);
+    QVERIFY(console.isReady());
+    QString chosen;
+    connect(&console.window, &mainWindow_t::recordingChosen, this,
+            [&](const QString& path) { chosen = path; });
+    console.window.recordings()->addFiles({SHIP, BOAT});
+    auto* list = console.find<QListWidget>("recordingList");
+    QTest::keyClick(list, Qt::Key_Down);
+    QTest::keyClick(list, Qt::Key_Return);
+    auto* prompt = console.find<QWidget>("openPrompt");
+    QVERIFY(prompt);
+    QTRY_VERIFY(prompt->isVisible());
+    QCOMPARE(chosen, QString()); // asks first
+    prompt->findChild<QPushButton*>("replayButton")->click();
+    QCOMPARE(chosen, QString(BOAT));
+    QCOMPARE(console.window.page(), mainWindow_t::PAGE_SURVEY);
+}
+
 void tst_surveyConsole::showsTheAboutBox()
 {
     console_t console;
@@ -962,7 +990,9 @@ void tst_surveyConsole::turnsPages()
     QVERIFY(charts->isVisible());
     QTest::keyClick(&console.window, Qt::Key_F2);
     QVERIFY(sonar->isVisible());
+    QCOMPARE(console.window.page(), mainWindow_t::PAGE_SONAR);
     QTest::keyClick(&console.window, Qt::Key_F3);
+    QCOMPARE(console.window.page(), mainWindow_t::PAGE_SURVEY);
     QVERIFY(console.window.findChild<positionPanel_t*>()->isVisible());
     QVERIFY(console.find<QToolButton>("pageButton2")->isChecked());
 }
@@ -1615,6 +1645,20 @@ void tst_surveyConsole::replaysTheBoat()
     QCOMPARE(outcome.err, QString());
     QCOMPARE(outcome.exitCode, 0);
     QCOMPARE(QImage(path).size(), QSize(1280, 800));
+}
+
+void tst_surveyConsole::offersFurtherRecordings()
+{
+    QTemporaryDir directory;
+    const QString one = directory.filePath("one.png");
+    const QString two = directory.filePath("two.png");
+    const QStringList survey = {"--page", "survey", "--recording", BOAT};
+    QCOMPARE(runConsole(survey + QStringList{"--screenshot", one}).exitCode, 0);
+    const outcome_t outcome = // the second is not read until it is chosen
+        runConsole(survey + QStringList{"--recording", "/nowhere/line.log", "--screenshot", two});
+    QCOMPARE(outcome.err, QString());
+    QCOMPARE(outcome.exitCode, 0);
+    QVERIFY(QImage(one) != QImage(two)); // a longer list
 }
 
 void tst_surveyConsole::quitsAfterTheDuration()

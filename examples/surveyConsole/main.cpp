@@ -6,10 +6,12 @@
 // drag over the histogram to set the levels that the colours are stretched over, over the range
 // ruler to look closer, and the slider below to look back. Ask the simulated sounder for more power
 // than it has. The third page shows the position in a notation of choice: enter another one to see
-// its range and bearing. The menu opens another recording.
+// its range and bearing. Recordings are collected there, file by file or by folders, and replayed
+// from the list; the menu opens a single one.
 
 #include "mainWindow.h"
 #include "recordingReader.h"
+#include "recordingsPanel.h"
 #include "theme.h"
 
 #include <QApplication>
@@ -32,7 +34,7 @@ const int SCREENSHOT_FRAMES = 600;
 
 struct options_t
 {
-    QString recording;
+    QStringList recordings; // the first is replayed, all are offered; at least one
     QString sonar;
     mainWindow_t::page_t page = mainWindow_t::PAGE_CHARTS; // at first
     QString backEnd; // of the strip charts; empty: as the library chooses
@@ -78,13 +80,18 @@ bool readOptions(options_t* options)
     parser.setApplicationDescription(QStringLiteral(
         "Replays a recorded survey line: depth, heading, speed, course and attitude in strip "
         "charts, sidescan sonar in a waterfall."));
-    const QCommandLineOption recording(
-        QStringLiteral("recording"), QStringLiteral("Replay the NMEA 0183 log FILE."),
-        QStringLiteral("FILE"), QStringLiteral(SURVEY_CONSOLE_DEFAULT_RECORDING));
+    QCommandLineOption recording(
+        QStringLiteral("recording"),
+        QStringLiteral("Replay the NMEA 0183 log FILE; further ones are offered in a list."),
+        QStringLiteral("FILE"));
+    recording.setDefaultValues(
+        {QStringLiteral(SURVEY_CONSOLE_DATA_DIR "/nbp1406-underway/underway-10min.log"),
+         QStringLiteral(SURVEY_CONSOLE_DATA_DIR "/plaka-sailing/plaka-10min.log")});
     const QCommandLineOption sonar(
         QStringLiteral("sonar"),
         QStringLiteral("Replay the sidescan record FILE, a PGM picture beside a CSV table."),
-        QStringLiteral("FILE"), QStringLiteral(SURVEY_CONSOLE_DEFAULT_SONAR));
+        QStringLiteral("FILE"),
+        QStringLiteral(SURVEY_CONSOLE_DATA_DIR "/scotsman-sidescan/sidescan-600khz.pgm"));
     const QCommandLineOption page(QStringLiteral("page"),
                                   QStringLiteral("Show PAGE first: charts, sonar or survey."),
                                   QStringLiteral("PAGE"), QStringLiteral("charts"));
@@ -111,7 +118,7 @@ bool readOptions(options_t* options)
     }
     if (parser.isSet(help))
         parser.showHelp();
-    options->recording = parser.value(recording);
+    options->recordings = parser.values(recording);
     options->sonar = parser.value(sonar);
     options->backEnd = parser.value(backEnd);
     options->screenshot = parser.value(screenshot);
@@ -183,7 +190,8 @@ int main(int argc, char* argv[])
     options_t options;
     if (!readOptions(&options))
         return EXIT_BAD_USAGE;
-    readResult_t result = readRecording(options.recording);
+    const QString first = options.recordings.constFirst();
+    readResult_t result = readRecording(first);
     if (!result.error.isEmpty()) {
         complain(result.error);
         return EXIT_FAILURE;
@@ -193,7 +201,7 @@ int main(int argc, char* argv[])
         complain(QStringLiteral("skipped %1 damaged of %2 lines in '%3'")
                      .arg(result.counts.bad)
                      .arg(result.counts.lines)
-                     .arg(options.recording));
+                     .arg(first));
     sonarResult_t sonar = readSonarRecord(options.sonar);
     if (!sonar.error.isEmpty()) {
         complain(sonar.error);
@@ -222,7 +230,9 @@ int main(int argc, char* argv[])
             std::make_unique<mainWindow_t>(QFileInfo(path).fileName(), std::move(line), realTime);
         next->addSonar(QFileInfo(options.sonar).fileName(), sonar.record);
         next->addSurvey();
-        next->showPage(options.page);
+        next->recordings()->addFiles(window ? window->recordings()->files() : options.recordings);
+        next->recordings()->showReplayed(path);
+        next->showPage(window ? window->page() : options.page);
         next->resize(window ? window->size() : QSize(1280, 800));
         QObject::connect(
             next.get(), &mainWindow_t::recordingChosen, &application,
@@ -232,11 +242,11 @@ int main(int argc, char* argv[])
                     0, [&replay, chosen, chosenLine] { replay(chosen, std::move(*chosenLine)); });
             });
         next->show();
-        next->clock()->setSpeed(options.speed);
+        next->clock()->setSpeed(window ? window->clock()->speed() : options.speed);
         next->clock()->setRunning(true);
         window = std::move(next);
     };
-    replay(options.recording, std::move(result));
+    replay(first, std::move(result));
     if (isForPicture)
         return writeScreenshot(window.get(), &pictureTime, options.screenshot) ? EXIT_SUCCESS
                                                                                : EXIT_FAILURE;

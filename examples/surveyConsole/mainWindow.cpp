@@ -8,6 +8,7 @@
 #include "notices.h"
 #include "notifierWidget.h"
 #include "positionPanel.h"
+#include "recordingsPanel.h"
 #include "replayControls.h"
 #include "sonarPanel.h"
 #include "speedPanel.h"
@@ -37,7 +38,7 @@ const int FRAME_INTERVAL = 33; // ms
 const int COLUMNS = 2;
 const int SPACING = 6;            // px between panels
 const int INSTRUMENT_WIDTH = 160; // px
-const int POSITION_WIDTH = 360;   // px
+const int SURVEY_WIDTH = 360;     // px, at least, of what stands beside the track
 
 std::vector<chartPanelSetup_t> panelSetups()
 {
@@ -174,6 +175,14 @@ QWidget* mainWindow_t::makeChartPage(replayControls_t* controls)
     return page;
 }
 
+// Shows the clock's time, running or jumping, in a panel that makes no difference of it.
+template <typename panel_t>
+void mainWindow_t::letFollow(panel_t* panel)
+{
+    connect(&m_clock, &replayClock_t::timeAdvanced, panel, &panel_t::showTime);
+    connect(&m_clock, &replayClock_t::timeJumped, panel, &panel_t::showTime);
+}
+
 // What is read at a glance, beside the charts.
 QWidget* mainWindow_t::makeInstruments()
 {
@@ -183,10 +192,8 @@ QWidget* mainWindow_t::makeInstruments()
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(SPACING);
     const auto add = [this, layout](auto* panel, int stretch) {
-        using panel_t = std::remove_pointer_t<decltype(panel)>;
         layout->addWidget(panel, stretch);
-        connect(&m_clock, &replayClock_t::timeAdvanced, panel, &panel_t::showTime);
-        connect(&m_clock, &replayClock_t::timeJumped, panel, &panel_t::showTime);
+        letFollow(panel);
     };
     add(new depthPanel_t(m_recording), 0);
     add(new statusLamps_t(m_recording), 0);
@@ -211,7 +218,8 @@ void mainWindow_t::openFileDialog()
     auto* dialog = new QFileDialog(this, tr("Recording"));
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     dialog->setFileMode(QFileDialog::ExistingFile);
-    dialog->setNameFilters({tr("NMEA 0183 logs (*.log *.nmea *.txt)"), tr("All files (*)")});
+    dialog->setNameFilters(
+        {tr("NMEA 0183 logs (%1)").arg(recordingNameFilters().join(u' ')), tr("All files (*)")});
     connect(dialog, &QFileDialog::fileSelected, this, &mainWindow_t::openRecording);
     dialog->open();
 }
@@ -284,18 +292,25 @@ void mainWindow_t::addSonar(const QString& name, sonarRecord_t record)
 void mainWindow_t::addSurvey()
 {
     auto* positionPanel = new positionPanel_t(m_recording);
-    connect(&m_clock, &replayClock_t::timeAdvanced, positionPanel, &positionPanel_t::showTime);
-    connect(&m_clock, &replayClock_t::timeJumped, positionPanel, &positionPanel_t::showTime);
-    connect(positionPanel, &positionPanel_t::timeChosen, &m_clock, &replayClock_t::seek);
+    letFollow(positionPanel);
     positionPanel->showTime(m_clock.time());
-    positionPanel->setFixedWidth(POSITION_WIDTH);
+    connect(positionPanel, &positionPanel_t::timeChosen, &m_clock, &replayClock_t::seek);
+    m_recordings = new recordingsPanel_t;
+    connect(m_recordings, &recordingsPanel_t::recordingChosen, this, &mainWindow_t::openRecording);
+    auto* trackPanel = new trackPanel_t(m_recording);
+    letFollow(trackPanel);
+    trackPanel->showTime(m_clock.time());
 
     auto* page = new QWidget;
-    auto* layout = new QHBoxLayout(page);
+    auto* layout = new QGridLayout(page);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(SPACING);
-    layout->addWidget(positionPanel);
-    layout->addStretch();
+    layout->setRowStretch(1, 1);
+    layout->setColumnStretch(1, 1);
+    layout->setColumnMinimumWidth(0, SURVEY_WIDTH);
+    layout->addWidget(positionPanel, 0, 0);
+    layout->addWidget(m_recordings, 1, 0);
+    layout->addWidget(trackPanel, 0, 1, 2, 1);
     addPage(page, tr("Survey"));
 }
 
@@ -311,6 +326,11 @@ void mainWindow_t::showPage(page_t page)
 {
     m_pages->setCurrentIndex(page);
     m_navigationPanel->showPage(page);
+}
+
+mainWindow_t::page_t mainWindow_t::page() const
+{
+    return static_cast<page_t>(m_pages->currentIndex());
 }
 
 // One below each column, that all its charts point at.

@@ -20,6 +20,7 @@ namespace survey_console {
 class chartPanel_t;
 class navigationPanel_t;
 class notices_t;
+class recordingsPanel_t;
 class replayControls_t;
 class sonarPanel_t;
 
@@ -49,10 +50,14 @@ public:
     /// Adds the page of a sidescan record, once, which holds at least one ping. It follows the
     /// clock from the line's start on.
     void addSonar(const QString& name, sonarRecord_t record);
-    /// Adds the page of the survey, once and after that of the sonar: where the vessel is and was.
+    /// Adds the page of the survey, once and after that of the sonar: where the vessel is and was,
+    /// and which recordings there are.
     void addSurvey();
+    /// Null until the page of the survey is there.
+    recordingsPanel_t* recordings() const { return m_recordings; }
     /// Turns to a page that is there.
     void showPage(page_t page);
+    page_t page() const;
     sonarPanel_t* sonarPanel() const { return m_sonarPanel; }
     notices_t* notices() const { return m_notices; }
 
@@ -73,6 +78,8 @@ private:
     void addPage(QWidget* page, const QString& name);
     void addTimeAxes(QGridLayout* charts);
     QWidget* makeInstruments();
+    template <typename panel_t>
+    void letFollow(panel_t* panel);
     void makeMenu();
     void openFileDialog();
     void askToReplay(const QString& path, std::shared_ptr<readResult_t> line);
@@ -92,6 +99,7 @@ private:
     QPointer<QWidget> m_prompt; // while the user is asked
     QStackedWidget* m_pages;
     sonarPanel_t* m_sonarPanel = nullptr; // until there is a record
+    recordingsPanel_t* m_recordings = nullptr;
 };
 
 } // namespace survey_console

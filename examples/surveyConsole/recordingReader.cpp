@@ -275,6 +275,11 @@ bool recordingReader_t::add(channelId_t id, const QByteArray& source, double val
     return m_timed && m_recording.add(id, QString::fromLatin1(source), {m_time, value});
 }
 
+QStringList recordingNameFilters()
+{
+    return {QStringLiteral("*.log"), QStringLiteral("*.nmea"), QStringLiteral("*.txt")};
+}
+
 readResult_t readRecording(const QString& path)
 {
     readResult_t result;

@@ -78,6 +78,9 @@ struct readResult_t
     QString error; ///< one sentence for the user; empty on success
 };
 
+/// The names that recordings go by, as wildcards.
+QStringList recordingNameFilters();
+
 /// Reads the regular file \p path. A file without a single usable line is an error.
 readResult_t readRecording(const QString& path);
 

@@ -19,7 +19,7 @@ const double MINUTE_OF_ARC = 1852.0; // m of latitude
 const double MIN_EXTENT = 20.0;      // m, of a vessel that doesn't move
 const double HEADING_BASE = 15.0;    // m of track that tell where the bow is
 const double MARGIN = 12.0;          // px around the track
-const int PICTURE_HEIGHT = 130;      // px
+const int MIN_HEIGHT = 130;          // px, of the picture
 
 double toRadians(double degrees)
 {
@@ -77,7 +77,8 @@ trackPanel_t::trackPanel_t(const recording_t& recording, QWidget* parent)
     m_extent.adjust(-missing / 2.0, -missing / 2.0, missing / 2.0, missing / 2.0);
 
     m_picture->setObjectName(QStringLiteral("trackPicture"));
-    m_picture->setFixedHeight(PICTURE_HEIGHT);
+    m_picture->setMinimumHeight(MIN_HEIGHT);
+    m_picture->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Ignored);
     m_picture->setToolTip(tr("The track, north up"));
     m_picture->installEventFilter(this);
     auto* title = makeLabel(theme::text(), 1.1, Qt::AlignLeft | Qt::AlignVCenter);
@@ -86,12 +87,14 @@ trackPanel_t::trackPanel_t(const recording_t& recording, QWidget* parent)
     layout->setContentsMargins(10, 3, 10, 8);
     layout->setSpacing(3);
     layout->addWidget(title);
-    layout->addWidget(m_picture);
+    layout->addWidget(m_picture, 1);
 }
 
 bool trackPanel_t::eventFilter(QObject* watched, QEvent* event)
 {
     const bool goesOn = QFrame::eventFilter(watched, event);
+    if (watched == m_picture && event->type() == QEvent::Show)
+        draw();
     if (watched == m_picture && event->type() == QEvent::Resize)
         QMetaObject::invokeMethod(this, &trackPanel_t::draw, Qt::QueuedConnection);
     return goesOn;
@@ -106,7 +109,8 @@ void trackPanel_t::showTime(double time_)
     if (sailed == m_sailed)
         return;
     m_sailed = sailed;
-    draw();
+    if (m_picture->isVisible()) // else when it is shown
+        draw();
 }
 
 // In the size of the frame, so that it isn't scaled.
