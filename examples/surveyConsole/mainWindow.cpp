@@ -205,8 +205,8 @@ QWidget* mainWindow_t::makeInstruments()
 void mainWindow_t::makeMenu()
 {
     auto* menu = new QMenu(this);
-    menu->addAction(tr("Open recording\u2026"), this, &mainWindow_t::openFileDialog,
-                    QKeySequence(QKeySequence::Open));
+    menu->addAction(tr("Open recording\u2026"), this, &mainWindow_t::openFileDialog)
+        ->setShortcut(QKeySequence::Open);
     menu->addSeparator();
     menu->addAction(tr("About"), this, &mainWindow_t::showAbout);
     m_navigationPanel->setMenu(menu);
