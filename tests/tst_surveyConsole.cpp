@@ -1154,7 +1154,7 @@ void tst_surveyConsole::paletteBoxShowsThePalettes()
     QCOMPARE(icon.size(), QSize(28, 12));
     for (const QString& name : names) { // each has the room it asks for
         QVERIFY2(box->fontMetrics().horizontalAdvance(name) <=
-                     10 * box->fontMetrics().horizontalAdvance('X'),
+                     11 * box->fontMetrics().horizontalAdvance('X'),
                  qPrintable(name));
     }
     QCOMPARE(icon.pixelColor(13, 6), QColor(Qt::yellow));

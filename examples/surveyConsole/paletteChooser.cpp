@@ -18,7 +18,7 @@ namespace {
 
 const QSize ICON_SIZE(28, 12);
 const QSize SWATCH_SIZE(96, 10);
-const int NAME_WIDTH = 10; // of the palettes in the list, in widths of an X
+const int NAME_WIDTH = 11; // of the palettes in the list, in widths of an X
 const int SWATCH_GAP = 1;  // pixels between the swatch and the values below it
 
 struct standard_t
