@@ -13,6 +13,16 @@ function(zorbin_set_up_target target)
     endif()
 endfunction()
 
+# Saves a target from reading the headers of Qt and of the standard library for each of its sources,
+# where ZORBIN_PRECOMPILE_HEADERS is on.
+function(zorbin_precompile_headers target)
+    if(ZORBIN_PRECOMPILE_HEADERS)
+        target_precompile_headers(${target} PRIVATE
+            <algorithm> <cmath> <functional> <limits> <map> <memory> <string> <vector>
+            <QtWidgets>)
+    endif()
+endfunction()
+
 # A shared library with its headers, installed as the component NAME: a CMake package NAME with the
 # target NAME::NAME and a pkg-config file NAME.pc. HEADERS are installed under include/NAME.
 # PKG_CONFIG_REQUIRES and PKG_CONFIG_CFLAGS are what a program needs besides the library's own
@@ -77,12 +87,23 @@ function(zorbin_add_program name)
     set_target_properties(${name} PROPERTIES AUTOMOC ON)
 endfunction()
 
-# A QtTest program tests/NAME.cpp, which ctest runs on the display of the environment. Such tests
-# share pointer and keyboard focus, so one runs at a time.
+# A test that shows windows. Each has a virtual display of its own, since tests that share one take
+# the pointer and the keyboard focus from each other.
+function(zorbin_add_test_on_display name)
+    add_test(NAME ${name} COMMAND ${PROJECT_SOURCE_DIR}/tools/with-display ${ARGN})
+endfunction()
+
+# A QtTest program tests/NAME.cpp.
 function(zorbin_add_test name)
     cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;LIBRARIES")
     zorbin_add_program(${name} ${name}.cpp ${arg_SOURCES})
     target_link_libraries(${name} PRIVATE zorbin-test-support ${arg_LIBRARIES})
-    add_test(NAME ${name} COMMAND ${name})
-    set_tests_properties(${name} PROPERTIES RESOURCE_LOCK display)
+    get_property(first_test DIRECTORY PROPERTY ZORBIN_FIRST_TEST)
+    if(NOT first_test)
+        zorbin_precompile_headers(${name})
+        set_property(DIRECTORY PROPERTY ZORBIN_FIRST_TEST ${name})
+    elseif(ZORBIN_PRECOMPILE_HEADERS)
+        target_precompile_headers(${name} REUSE_FROM ${first_test})
+    endif()
+    zorbin_add_test_on_display(${name} $<TARGET_FILE:${name}>)
 endfunction()

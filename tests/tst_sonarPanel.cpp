@@ -71,6 +71,14 @@ struct panelOnScreen_t
     pingView_t* view() { return panel.view(); }
 };
 
+// Moves the pointer with the left button held, which QTest's moves don't.
+void dragTo(QWidget* widget, const QPoint& to)
+{
+    QMouseEvent move(QEvent::MouseMove, to, widget->mapToGlobal(to), Qt::NoButton, Qt::LeftButton,
+                     Qt::NoModifier);
+    QCoreApplication::sendEvent(widget, &move);
+}
+
 } // namespace
 
 class tst_sonarPanel : public QObject
@@ -414,10 +422,7 @@ void tst_sonarPanel::dragOnTheHistogramChoosesTheLevels()
     QSignalSpy drawn(console.view()->renderer(), &pingRenderer_t::rendererChanged);
     const int width = histogram->width();
     QTest::mousePress(histogram, Qt::LeftButton, Qt::KeyboardModifiers(), QPoint(width / 2, 10));
-    // QTest's moves hold no button.
-    QMouseEvent move(QEvent::MouseMove, QPointF(width / 4, 10.0), Qt::NoButton, Qt::LeftButton,
-                     Qt::NoModifier);
-    QCoreApplication::sendEvent(histogram, &move);
+    dragTo(histogram, QPoint(width / 4, 10));
     QTest::mouseRelease(histogram, Qt::LeftButton, Qt::KeyboardModifiers(), QPoint(width / 4, 10));
     QCOMPARE(chosen.count(), 1);
     QCOMPARE(drawn.count(), 1);
@@ -434,9 +439,7 @@ void tst_sonarPanel::smallDragChoosesNothing()
     histogram.chooseRange(-50.0F, -10.0F);
     QSignalSpy chosen(&histogram, &levelHistogram_t::rangeChosen);
     QTest::mousePress(&histogram, Qt::LeftButton, Qt::KeyboardModifiers(), QPoint(100, 10));
-    QMouseEvent move(QEvent::MouseMove, QPointF(105.0, 10.0), Qt::NoButton, Qt::LeftButton,
-                     Qt::NoModifier);
-    QCoreApplication::sendEvent(&histogram, &move);
+    dragTo(&histogram, QPoint(105, 10));
     QCOMPARE(chosen.count(), 0);
     QCOMPARE(histogram.chosenMin(), -50.0F);
 }

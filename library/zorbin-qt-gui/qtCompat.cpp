@@ -5,6 +5,7 @@
 #include <QOpenGLContext>
 #include <QPainter>
 #if QT_VERSION >= QT_VERSION_CHECK(6, 0, 0)
+#include <QGuiApplication>
 #include <QOffscreenSurface>
 #include <QOpenGLFunctions>
 #include <QOpenGLWidget>
@@ -98,8 +99,12 @@ QOpenGLContext* glContextOf(const QWidget& glWidget)
     return context != nullptr && hasFixedFunctions(*context) ? context : nullptr;
 }
 
+// The offscreen platform may have contexts, but crashes in Qt 6.4 as soon as a window is to show
+// what a QOpenGLWidget drew.
 std::string glVendor()
 {
+    if (QGuiApplication::platformName() == QLatin1String("offscreen"))
+        return {};
     QOpenGLContext context;
     context.setFormat(fixedFunctionFormat());
     QOffscreenSurface surface;
