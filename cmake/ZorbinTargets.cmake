@@ -24,18 +24,22 @@ function(zorbin_precompile_headers target)
 endfunction()
 
 # A shared library with its headers, installed as the component NAME: a CMake package NAME with the
-# target NAME::NAME and a pkg-config file NAME.pc. HEADERS are installed under include/NAME.
+# target NAME::NAME and a pkg-config file NAME.pc. HEADERS are installed under include/NAME and
+# documented by the target docs.
 # PKG_CONFIG_REQUIRES and PKG_CONFIG_CFLAGS are what a program needs besides the library's own
 # directories to compile its headers.
 function(zorbin_add_library name)
     cmake_parse_arguments(PARSE_ARGV 1 arg
         "" "DESCRIPTION;PKG_CONFIG_REQUIRES;PKG_CONFIG_CFLAGS" "HEADERS;SOURCES")
     add_library(${name} SHARED ${arg_SOURCES} ${arg_HEADERS})
+    set(header_paths ${arg_HEADERS})
+    list(TRANSFORM header_paths PREPEND ${CMAKE_CURRENT_SOURCE_DIR}/ REGEX "^[^/]")
     add_library(${name}::${name} ALIAS ${name})
     zorbin_set_up_target(${name})
     set_target_properties(${name} PROPERTIES
         VERSION ${PROJECT_VERSION}
-        SOVERSION ${PROJECT_VERSION_MAJOR})
+        SOVERSION ${PROJECT_VERSION_MAJOR}
+        ZORBIN_HEADERS "${header_paths}")
     if(NOT DEFINED CMAKE_INSTALL_RPATH)
         # The installed libraries find each other wherever the tree is moved to.
         set_target_properties(${name} PROPERTIES INSTALL_RPATH "$ORIGIN")

@@ -13,6 +13,7 @@ struct colorPickerPrivate_t;
 class ZORBIN_QT_GUI_EXPORT colorPicker_t : public QToolButton
 {
     Q_OBJECT
+    /// The colour shown, Qt::red at first; an invalid one is shown black.
     Q_PROPERTY(QColor selectedColor READ selectedColor WRITE selectedColor NOTIFY
                    selectedColorChanged USER true)
 

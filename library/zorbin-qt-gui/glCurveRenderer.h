@@ -26,6 +26,7 @@ public:
         unsigned list; ///< the name of its display list
     };
 
+    /// Makes a renderer without a chart. \p data is the record of its curve and must outlive it.
     explicit glCurveRenderer_t(stripChartCurveData_t* data);
     ~glCurveRenderer_t() override;
 

@@ -16,6 +16,7 @@ class ZORBIN_QT_GUI_EXPORT imageFrame_t : public QFrame
     Q_OBJECT
 
 public:
+    /// Makes a frame without a picture, and without a line round it: QFrame::NoFrame.
     explicit imageFrame_t(QWidget* parent = nullptr);
     ~imageFrame_t() override;
 

@@ -36,8 +36,8 @@ public:
     /// Kinds of coordinates.
     enum latLonMode_t
     {
-        LLM_LATITUDE = 0,
-        LLM_LONGITUDE = 1
+        LLM_LATITUDE = 0, ///< -90 to 90 degrees
+        LLM_LONGITUDE = 1 ///< -180 to 180 degrees
     };
 
     /// Makes an editor in degrees that shows 0.
@@ -87,6 +87,7 @@ class ZORBIN_QT_GUI_EXPORT latitudeEditor_t : public latLonEditor_t
     Q_OBJECT
 
 public:
+    /// Makes an editor in degrees that shows 0° north.
     explicit latitudeEditor_t(QWidget* parent = nullptr);
 };
 
@@ -96,6 +97,7 @@ class ZORBIN_QT_GUI_EXPORT longitudeEditor_t : public latLonEditor_t
     Q_OBJECT
 
 public:
+    /// Makes an editor in degrees that shows 0° east.
     explicit longitudeEditor_t(QWidget* parent = nullptr);
 };
 

@@ -79,6 +79,8 @@ class ZORBIN_QT_GUI_EXPORT mfsDialog_t : public multiPathSelectDialog_t
     Q_OBJECT
 
 public:
+    /// Makes a dialog for files whose names match one of \p nameFilters, wildcards; of any name if
+    /// there are none. It offers nothing before setDirectory().
     explicit mfsDialog_t(const QStringList& nameFilters, QWidget* parent = nullptr);
 };
 
@@ -88,6 +90,8 @@ class ZORBIN_QT_GUI_EXPORT mdsDialog_t : public multiPathSelectDialog_t
     Q_OBJECT
 
 public:
+    /// Makes a dialog for directories whose names match one of \p nameFilters, wildcards; of any
+    /// name if there are none. It offers nothing before setDirectory().
     explicit mdsDialog_t(const QStringList& nameFilters, QWidget* parent = nullptr);
 };
 } // namespace zorbin_qt_gui

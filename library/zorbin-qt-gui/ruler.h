@@ -27,10 +27,10 @@ public:
     /// The edge of the plot that the ruler sits on. Any other number is no edge: nothing is drawn.
     enum location_t : int
     {
-        TOP = 0,
-        BOTTOM = 1,
-        LEFT = 2,
-        RIGHT = 3
+        TOP = 0,    ///< above the plot; values grow to the right
+        BOTTOM = 1, ///< below the plot; values grow to the right
+        LEFT = 2,   ///< to the left of the plot; values grow upwards
+        RIGHT = 3   ///< to the right of the plot; values grow upwards
     };
 
     /// A candidate for the distance of the major ticks.
@@ -46,8 +46,8 @@ public:
         /// Kinds of ticks.
         enum type_t
         {
-            TICK_MINOR = 0,
-            TICK_MAJOR = 1
+            TICK_MINOR = 0, ///< one of the parts of a major interval
+            TICK_MAJOR = 1  ///< a multiple of the major interval, with a label
         };
 
         /// Orders by position alone.
@@ -61,9 +61,9 @@ public:
     /// Ticks at one interval.
     struct fit_t
     {
-        double startTick = 0.0; ///< value of the first tick
-        double endTick = 0.0;   ///< value of the last tick inside the range
-        std::vector<tick_t> ticks;
+        double startTick = 0.0;    ///< value of the first tick
+        double endTick = 0.0;      ///< value of the last tick inside the range
+        std::vector<tick_t> ticks; ///< in order of their values
     };
 
     /// Makes a ruler below a plot: from 0 to 0, major ticks of 8 pixels, labels in 8 point, not

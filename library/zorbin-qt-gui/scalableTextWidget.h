@@ -16,6 +16,7 @@ class ZORBIN_QT_GUI_EXPORT scalableTextWidget_t : public QWidget
     Q_OBJECT
 
 public:
+    /// Makes a widget without text.
     explicit scalableTextWidget_t(QWidget* parent = nullptr);
     ~scalableTextWidget_t() override;
 

@@ -32,6 +32,7 @@ public:
         unsigned height;    ///< of the chart, in pixels
     };
 
+    /// Makes a renderer without a chart. \p data is the record of its curve and must outlive it.
     explicit simpleCurveRenderer_t(stripChartCurveData_t* data);
     ~simpleCurveRenderer_t() override;
 

@@ -14,6 +14,7 @@ class ZORBIN_QT_GUI_EXPORT simpleStripChartImpl_t : public stripChartImpl_t
     Q_OBJECT
 
 public:
+    /// Makes the implementation, a child of \p parent, and its widget, which has no parent yet.
     explicit simpleStripChartImpl_t(QWidget* parent = nullptr);
     /// Deletes the drawing widget.
     ~simpleStripChartImpl_t() override;

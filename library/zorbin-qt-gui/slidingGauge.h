@@ -18,9 +18,13 @@ struct slidingGaugePrivate_t;
 class ZORBIN_QT_GUI_EXPORT slidingGauge_t : public QFrame
 {
     Q_OBJECT
+    /// Where the bar begins, 0.0 at first.
     Q_PROPERTY(double referencePoint READ referencePoint WRITE setReferencePoint)
+    /// The commanded value, where the line is; 0.0 at first.
     Q_PROPERTY(double setpoint READ setpoint WRITE setSetpoint)
+    /// The measured value, where the bar ends; 0.0 at first.
     Q_PROPERTY(double feedback READ feedback WRITE setFeedback)
+    /// The direction of the bar, Qt::Vertical at first.
     Q_PROPERTY(Qt::Orientation orientation READ orientation WRITE setOrientation)
 
 public:

@@ -36,6 +36,7 @@ class ZORBIN_QT_GUI_EXPORT spFbUiWrapper_t : public QObject
     Q_OBJECT
 
 public:
+    /// Makes a binder without widgets.
     explicit spFbUiWrapper_t(QObject* parent = nullptr);
     ~spFbUiWrapper_t() override;
 
@@ -45,17 +46,17 @@ public:
     /// The widget's class must be exactly the one named.
     /// @{
     void addCheckBoxWrapper(bool setpoint, bool feedback, indicator_t* indicator, int id,
-                            QCheckBox* widget);
+                            QCheckBox* widget); ///< Values are bools: whether it is checked.
     void addComboBoxWrapper(int setpoint, int feedback, indicator_t* indicator, int id,
                             QComboBox* widget); ///< Values are indices.
     void addDoubleSpinBoxWrapper(double setpoint, double feedback, indicator_t* indicator, int id,
-                                 QDoubleSpinBox* widget);
+                                 QDoubleSpinBox* widget); ///< Values match within 1e-6.
     void addLineEditWrapper(QString setpoint, QString feedback, indicator_t* indicator, int id,
-                            QLineEdit* widget);
+                            QLineEdit* widget); ///< Values are texts.
     void addSpinBoxWrapper(int setpoint, int feedback, indicator_t* indicator, int id,
-                           QSpinBox* widget);
+                           QSpinBox* widget); ///< Values are whole numbers.
     void addSliderWrapper(int setpoint, int feedback, indicator_t* indicator, int id,
-                          QAbstractSlider* widget); ///< Also for a QDial.
+                          QAbstractSlider* widget); ///< A QSlider, or a QDial.
     /// @}
 
     /// Unbinds a widget; it and its lamp stay as they are. A widget that is bound again announces
@@ -90,23 +91,23 @@ public:
     /// Set the colour of the items that there are; not of later ones. Lamps keep theirs until they
     /// are next updated. The getters return an invalid colour, whatever was set.
     /// @{
-    void setMatchColor(QColor color);
-    void setMismatchColor(QColor color);
-    void setInFlightColor(QColor color);
-    QColor matchColor() const;
-    QColor mismatchColor() const;
-    QColor inFlightColor() const;
+    void setMatchColor(QColor color);    ///< For a match, green at first.
+    void setMismatchColor(QColor color); ///< For a mismatch, red at first.
+    void setInFlightColor(QColor color); ///< For what is in flight, yellow at first.
+    QColor matchColor() const;           ///< Invalid, since items may differ.
+    QColor mismatchColor() const;        ///< Invalid, since items may differ.
+    QColor inFlightColor() const;        ///< Invalid, since items may differ.
     /// @}
 
     /// \name Colours of one item
     /// The lamp keeps its colour until it is next updated.
     /// @{
-    void setMatchColor(QColor color, int id);
-    void setMismatchColor(QColor color, int id);
-    void setInFlightColor(QColor color, int id);
-    QColor matchColor(int id) const;
-    QColor mismatchColor(int id) const;
-    QColor inFlightColor(int id) const;
+    void setMatchColor(QColor color, int id);    ///< For a match, green at first.
+    void setMismatchColor(QColor color, int id); ///< For a mismatch, red at first.
+    void setInFlightColor(QColor color, int id); ///< For what is in flight, yellow at first.
+    QColor matchColor(int id) const;             ///< For a match.
+    QColor mismatchColor(int id) const;          ///< For a mismatch.
+    QColor inFlightColor(int id) const;          ///< For what is in flight.
     /// @}
 
     /// The colour mode set last, true at first.

@@ -24,7 +24,7 @@ public:
     /// these is not supported.
     enum supportedWidget_t
     {
-        SW_UNSUPPORTED = 0,
+        SW_UNSUPPORTED = 0,     ///< any other class
         SW_CHECK_BOX = 1,       ///< QCheckBox; its value is a bool
         SW_COMBO_BOX = 2,       ///< QComboBox; the index, an int
         SW_DOUBLE_SPIN_BOX = 3, ///< QDoubleSpinBox; a double
@@ -46,7 +46,9 @@ public:
     /// yellow as the colours for match, mismatch and in flight.
     spFbUiWrapperItem_t(const QVariant& setpoint, const QVariant& feedback, indicator_t* indicator,
                         QWidget* widget);
+    /// Copies values and colours; both items then drive the same widget and lamp.
     spFbUiWrapperItem_t(const spFbUiWrapperItem_t& other);
+    /// Likewise; the widget and the lamp that were bound stay as they are.
     spFbUiWrapperItem_t& operator=(const spFbUiWrapperItem_t& other);
     ~spFbUiWrapperItem_t();
 

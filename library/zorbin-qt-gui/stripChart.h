@@ -27,6 +27,7 @@ class stripChartImpl_t;
 class ZORBIN_QT_GUI_EXPORT stripChart_t : public QWidget
 {
     Q_OBJECT
+    /// Whether the value axis follows the data in the visible time window, true at first.
     Q_PROPERTY(
         bool autoscaleValue READ autoscaleValue WRITE autoscaleValue NOTIFY valueAutoscaleChanged)
 

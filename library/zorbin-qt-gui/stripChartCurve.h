@@ -23,12 +23,15 @@ struct stripChartCurveData_t;
 class ZORBIN_QT_GUI_EXPORT stripChartCurve_t : public QObject
 {
     Q_OBJECT
+    /// The curve's colour, invalid at first. The painter back end draws points in their own
+    /// colours.
     Q_PROPERTY(QColor color READ color WRITE color NOTIFY colorChanged)
 
 public:
     /// One timed value.
     struct point_t
     {
+        /// A point at \p time_, in seconds.
         point_t(double time_, double value_, QColor color_)
             : time(time_), value(value_), color(color_)
         {

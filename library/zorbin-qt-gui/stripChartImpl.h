@@ -30,6 +30,8 @@ public:
         RESCALE_MANUAL = 1 ///< it stays as set by valueBounds()
     };
 
+    /// Makes a chart without curves that shows the time -15 s to 0 s and the values -1 to 1 and
+    /// autoscales.
     explicit stripChartImpl_t(QObject* parent = nullptr);
 
     /// Deletes every curve still in the chart. The back end has deleted its widget before.

@@ -23,6 +23,7 @@ public:
         double scale; ///< pixels per unit, numPixels / (end - beg); infinite if they are equal
     };
 
+    /// Makes a renderer, which the application owns unless \p parent does.
     explicit baseWaterfallRenderer_t(QObject* parent = nullptr);
     ~baseWaterfallRenderer_t() override;
 
