@@ -30,7 +30,7 @@ namespace {
 const int EXIT_BAD_USAGE = 2;
 const double MAX_DURATION = 86400.0;     // s
 const double SCREENSHOT_STRETCH = 420.0; // s of the recording
-const int SCREENSHOT_FRAMES = 600;
+const int SCREENSHOT_FRAMES = 60;
 
 struct options_t
 {
