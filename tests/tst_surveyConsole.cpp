@@ -23,6 +23,7 @@
 #include <QDir>
 #include <QFile>
 #include <QFileDialog>
+#include <QFileInfo>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
@@ -31,6 +32,7 @@
 #include <QPainter>
 #include <QProcess>
 #include <QPushButton>
+#include <QSettings>
 #include <QSignalSpy>
 #include <QSlider>
 #include <QTemporaryDir>
@@ -203,6 +205,7 @@ outcome_t runConsole(const QStringList& arguments)
     QProcess process;
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert("XDG_RUNTIME_DIR", runtimeDirectory.path());
+    environment.insert("XDG_CONFIG_HOME", runtimeDirectory.path()); // not the tester's own
     environment.remove("ZORBIN_QT_RESOURCE_DIR");
     process.setProcessEnvironment(environment);
     process.start(SURVEY_CONSOLE_PROGRAM, arguments);
@@ -313,6 +316,9 @@ private Q_SLOTS:
     void replaysTheBoat();
     void offersFurtherRecordings();
     void quitsAfterTheDuration();
+    void keepsItsStateForTheNextRun();
+    void picturesHaveNoPartInTheState();
+    void reportsSettingsItCannotWrite();
     void printsHelp();
     void refusesBadOptions_data();
     void refusesBadOptions();
@@ -825,8 +831,7 @@ void tst_surveyConsole::fitsTheScreen()
     window.clock()->seek(window.clock()->start() + 500.0);
     QCoreApplication::processEvents();
     QCOMPARE(window.size(), size);
-    for (const mainWindow_t::page_t page :
-         {mainWindow_t::PAGE_SURVEY, mainWindow_t::PAGE_SONAR, mainWindow_t::PAGE_CHARTS}) {
+    for (const page_t page : {PAGE_SURVEY, PAGE_SONAR, PAGE_CHARTS}) {
         window.showPage(page);
         QCoreApplication::processEvents();
         QCOMPARE(window.size(), size);
@@ -933,7 +938,7 @@ void tst_surveyConsole::replaysFromTheList()
     QVERIFY(!console.window.recordings());
     console.window.addSonar("test.pgm", testSonar());
     console.window.addSurvey();
-    console.window.showPage(mainWindow_t::PAGE_SURVEY);
+    console.window.showPage(PAGE_SURVEY);
     QVERIFY(console.isReady());
     QString chosen;
     connect(&console.window, &mainWindow_t::recordingChosen, this,
@@ -948,7 +953,7 @@ void tst_surveyConsole::replaysFromTheList()
     QCOMPARE(chosen, QString()); // asks first
     prompt->findChild<QPushButton*>("replayButton")->click();
     QCOMPARE(chosen, QString(BOAT));
-    QCOMPARE(console.window.page(), mainWindow_t::PAGE_SURVEY);
+    QCOMPARE(console.window.page(), PAGE_SURVEY);
 }
 
 void tst_surveyConsole::showsTheAboutBox()
@@ -990,9 +995,9 @@ void tst_surveyConsole::turnsPages()
     QVERIFY(charts->isVisible());
     QTest::keyClick(&console.window, Qt::Key_F2);
     QVERIFY(sonar->isVisible());
-    QCOMPARE(console.window.page(), mainWindow_t::PAGE_SONAR);
+    QCOMPARE(console.window.page(), PAGE_SONAR);
     QTest::keyClick(&console.window, Qt::Key_F3);
-    QCOMPARE(console.window.page(), mainWindow_t::PAGE_SURVEY);
+    QCOMPARE(console.window.page(), PAGE_SURVEY);
     QVERIFY(console.window.findChild<positionPanel_t*>()->isVisible());
     QVERIFY(console.find<QToolButton>("pageButton2")->isChecked());
 }
@@ -1668,13 +1673,64 @@ void tst_surveyConsole::quitsAfterTheDuration()
     QCOMPARE(outcome.exitCode, 0);
 }
 
+void tst_surveyConsole::keepsItsStateForTheNextRun()
+{
+    const QTemporaryDir directory;
+    const QString file = directory.filePath("settings.ini");
+    const QStringList arguments = {"--settings", file, "--duration", "0.2"};
+    const auto kept = [&file](const char* key) {
+        return QSettings(file, QSettings::IniFormat).value(key).toString();
+    };
+    QCOMPARE(runConsole(arguments + QStringList{"--page", "sonar", "--speed", "20"}).exitCode, 0);
+    QCOMPARE(kept("window/page"), QStringLiteral("sonar"));
+    QCOMPARE(kept("replay/speed"), QStringLiteral("20"));
+    QCOMPARE(runConsole(arguments).exitCode, 0);
+    QCOMPARE(kept("window/page"), QStringLiteral("sonar"));
+    QCOMPARE(kept("replay/speed"), QStringLiteral("20"));
+    QCOMPARE(runConsole(arguments + QStringList{"--page", "survey"}).exitCode, 0);
+    QCOMPARE(kept("window/page"), QStringLiteral("survey")); // an option comes first
+    QCOMPARE(kept("replay/speed"), QStringLiteral("20"));
+}
+
+void tst_surveyConsole::picturesHaveNoPartInTheState()
+{
+    const QTemporaryDir directory;
+    const QString file = directory.filePath("settings.ini");
+    const auto pictureWith = [&](const QStringList& arguments) {
+        const QString path = directory.filePath("console.png");
+        const QStringList screenshot = {"--screenshot", path};
+        return runConsole(screenshot + arguments).exitCode == 0 ? QImage(path) : QImage();
+    };
+    const QImage wanted = pictureWith({});
+    const QImage without = pictureWith({"--settings", file});
+    QVERIFY(!QFileInfo::exists(file));
+    const QByteArray content = "[window]\npage=survey\n";
+    QVERIFY(writeFile(file, content));
+    const QImage with = pictureWith({"--settings", file});
+    QFile settings(file);
+    QVERIFY(settings.open(QIODevice::ReadOnly));
+    QCOMPARE(settings.readAll(), content);
+    QCOMPARE(wanted.size(), QSize(1280, 800));
+    QCOMPARE(firstDifference(without, wanted), QString());
+    QCOMPARE(firstDifference(with, wanted), QString());
+}
+
+void tst_surveyConsole::reportsSettingsItCannotWrite()
+{
+    const QString file = QStringLiteral("/proc/settings.ini"); // not even for the superuser
+    const outcome_t outcome = runConsole({"--settings", file, "--duration", "0.1"});
+    QCOMPARE(outcome.err,
+             QStringLiteral("surveyConsole: cannot write the settings '%1'\n").arg(file));
+    QCOMPARE(outcome.exitCode, 0);
+}
+
 void tst_surveyConsole::printsHelp()
 {
     const outcome_t outcome = runConsole({"--help"});
     QCOMPARE(outcome.exitCode, 0);
     QCOMPARE(outcome.err, QString());
     for (const char* option : {"--recording", "--sonar", "--page", "--back-end", "--speed",
-                               "--duration", "--screenshot", "--help"})
+                               "--duration", "--screenshot", "--settings", "--help"})
         QVERIFY2(outcome.out.contains(option), option);
 }
 
@@ -1702,6 +1758,8 @@ void tst_surveyConsole::refusesBadOptions_data()
                               << "surveyConsole: unexpected argument 'line.log'\n";
     QTest::newRow("empty screenshot")
         << QStringList{"--screenshot", ""} << "surveyConsole: --screenshot takes a file name\n";
+    QTest::newRow("empty settings")
+        << QStringList{"--settings", ""} << "surveyConsole: --settings takes a file name\n";
     QTest::newRow("unknown option")
         << QStringList{"--fly"} << "surveyConsole: Unknown option 'fly'.\n";
     QTest::newRow("missing value")

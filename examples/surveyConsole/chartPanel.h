@@ -66,6 +66,7 @@ public:
     ~chartPanel_t() override;
 
     zorbin_qt_gui::stripChart_t* chart() const { return m_chart; }
+    paletteChooser_t* paletteChooser() const { return m_chooser; } ///< null without palettes
     valueRuler_t* valueRuler() const { return m_valueRuler; }
 
     bool eventFilter(QObject* watched, QEvent* event) override;

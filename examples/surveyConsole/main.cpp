@@ -7,7 +7,7 @@
 // ruler to look closer, and the slider below to look back. Ask the simulated sounder for more power
 // than it has. The third page shows the position in a notation of choice: enter another one to see
 // its range and bearing. Recordings are collected there, file by file or by folders, and replayed
-// from the list; the menu opens a single one.
+// from the list; the menu opens a single one. The window comes back as it was left.
 
 #include "mainWindow.h"
 #include "recordingReader.h"
@@ -18,10 +18,12 @@
 #include <QCommandLineParser>
 #include <QElapsedTimer>
 #include <QFileInfo>
+#include <QSettings>
 #include <QTranslator>
 #include <cmath>
 #include <cstdio>
 #include <memory>
+#include <optional>
 
 using namespace survey_console;
 
@@ -36,18 +38,13 @@ struct options_t
 {
     QStringList recordings; // the first is replayed, all are offered; at least one
     QString sonar;
-    mainWindow_t::page_t page = mainWindow_t::PAGE_CHARTS; // at first
-    QString backEnd; // of the strip charts; empty: as the library chooses
-    double speed = 1.0;
+    std::optional<page_t> page; // at first; none: as it was last time, as the speed
+    QString backEnd;            // of the strip charts; empty: as the library chooses
+    std::optional<double> speed;
     double duration = 0.0; // s; 0.0: until closed
     QString screenshot;
+    QString settings; // file; empty: the user's own
 };
-
-// In the order of the pages.
-QStringList pageNames()
-{
-    return {QStringLiteral("charts"), QStringLiteral("sonar"), QStringLiteral("survey")};
-}
 
 void complain(const QString& message)
 {
@@ -94,14 +91,14 @@ bool readOptions(options_t* options)
         QStringLiteral(SURVEY_CONSOLE_DATA_DIR "/scotsman-sidescan/sidescan-600khz.pgm"));
     const QCommandLineOption page(QStringLiteral("page"),
                                   QStringLiteral("Show PAGE first: charts, sonar or survey."),
-                                  QStringLiteral("PAGE"), QStringLiteral("charts"));
+                                  QStringLiteral("PAGE"));
     const QCommandLineOption backEnd(
         QStringLiteral("back-end"),
         QStringLiteral("Draw strip charts by BACKEND: simple (QPainter) or gl (OpenGL)."),
         QStringLiteral("BACKEND"));
     const QCommandLineOption speed(QStringLiteral("speed"),
                                    QStringLiteral("Replay at N times real time, 1 to 100."),
-                                   QStringLiteral("N"), QStringLiteral("1"));
+                                   QStringLiteral("N"));
     const QCommandLineOption duration(QStringLiteral("duration"),
                                       QStringLiteral("Quit after S seconds of real time."),
                                       QStringLiteral("S"));
@@ -110,8 +107,12 @@ bool readOptions(options_t* options)
         QStringLiteral("Replay the first seven minutes at once, write a picture of the window to "
                        "FILE and quit."),
         QStringLiteral("FILE"));
+    const QCommandLineOption settings(
+        QStringLiteral("settings"),
+        QStringLiteral("Keep the window's state in FILE instead of the user's settings."),
+        QStringLiteral("FILE"));
     const QCommandLineOption help = parser.addHelpOption();
-    parser.addOptions({recording, sonar, page, backEnd, speed, duration, screenshot});
+    parser.addOptions({recording, sonar, page, backEnd, speed, duration, screenshot, settings});
     if (!parser.parse(QCoreApplication::arguments())) {
         complain(parser.errorText());
         return false;
@@ -122,13 +123,16 @@ bool readOptions(options_t* options)
     options->sonar = parser.value(sonar);
     options->backEnd = parser.value(backEnd);
     options->screenshot = parser.value(screenshot);
-    const auto pageIndex = pageNames().indexOf(parser.value(page));
-    if (pageIndex < 0) {
-        complain(QStringLiteral("--page takes charts, sonar or survey, not '%1'")
-                     .arg(parser.value(page)));
-        return false;
+    options->settings = parser.value(settings);
+    if (parser.isSet(page)) {
+        const auto index = pageNames().indexOf(parser.value(page));
+        if (index < 0) {
+            complain(QStringLiteral("--page takes charts, sonar or survey, not '%1'")
+                         .arg(parser.value(page)));
+            return false;
+        }
+        options->page = static_cast<page_t>(index);
     }
-    options->page = static_cast<mainWindow_t::page_t>(pageIndex);
     if (parser.isSet(backEnd) && options->backEnd != QStringLiteral("simple") &&
         options->backEnd != QStringLiteral("gl")) {
         complain(QStringLiteral("--back-end takes simple or gl, not '%1'").arg(options->backEnd));
@@ -143,10 +147,18 @@ bool readOptions(options_t* options)
         complain(QStringLiteral("--screenshot takes a file name"));
         return false;
     }
-    return readNumber(parser, speed, replayClock_t::MIN_SPEED, replayClock_t::MAX_SPEED,
-                      &options->speed) &&
-           (!parser.isSet(duration) ||
-            readNumber(parser, duration, 0.001, MAX_DURATION, &options->duration));
+    if (parser.isSet(settings) && options->settings.isEmpty()) {
+        complain(QStringLiteral("--settings takes a file name"));
+        return false;
+    }
+    if (parser.isSet(speed)) {
+        double times = 0.0;
+        if (!readNumber(parser, speed, replayClock_t::MIN_SPEED, replayClock_t::MAX_SPEED, &times))
+            return false;
+        options->speed = times;
+    }
+    return !parser.isSet(duration) ||
+           readNumber(parser, duration, 0.001, MAX_DURATION, &options->duration);
 }
 
 // Replays frame by frame on a clock of its own, so that the picture is the same on every machine.
@@ -172,6 +184,33 @@ void setResourceDirectory()
 {
     if (!qEnvironmentVariableIsSet("ZORBIN_QT_RESOURCE_DIR"))
         qputenv("ZORBIN_QT_RESOURCE_DIR", SURVEY_CONSOLE_RESOURCE_DIR);
+}
+
+std::unique_ptr<QSettings> openSettings(const QString& file)
+{
+    if (file.isEmpty())
+        return std::make_unique<QSettings>();
+    return std::make_unique<QSettings>(file, QSettings::IniFormat);
+}
+
+// As the last run left it, but for what the options say.
+consoleState_t firstState(const options_t& options)
+{
+    consoleState_t state;
+    if (options.screenshot.isEmpty()) // a picture is the same for everybody
+        state = readState(*openSettings(options.settings));
+    state.page = options.page.value_or(state.page);
+    state.speed = options.speed.value_or(state.speed);
+    return state;
+}
+
+void keepState(const consoleState_t& state, const options_t& options)
+{
+    const auto settings = openSettings(options.settings);
+    writeState(state, settings.get());
+    settings->sync();
+    if (settings->status() == QSettings::AccessError)
+        complain(QStringLiteral("cannot write the settings '%1'").arg(settings->fileName()));
 }
 
 } // namespace
@@ -232,8 +271,7 @@ int main(int argc, char* argv[])
         next->addSurvey();
         next->recordings()->addFiles(window ? window->recordings()->files() : options.recordings);
         next->recordings()->showReplayed(path);
-        next->showPage(window ? window->page() : options.page);
-        next->resize(window ? window->size() : QSize(1280, 800));
+        next->restore(window ? window->state() : firstState(options));
         QObject::connect(
             next.get(), &mainWindow_t::recordingChosen, &application,
             [&replay](const QString& chosen, const std::shared_ptr<readResult_t>& chosenLine) {
@@ -242,7 +280,6 @@ int main(int argc, char* argv[])
                     0, [&replay, chosen, chosenLine] { replay(chosen, std::move(*chosenLine)); });
             });
         next->show();
-        next->clock()->setSpeed(window ? window->clock()->speed() : options.speed);
         next->clock()->setRunning(true);
         window = std::move(next);
     };
@@ -253,5 +290,7 @@ int main(int argc, char* argv[])
     if (options.duration > 0.0)
         QTimer::singleShot(static_cast<int>(options.duration * 1000.0), &application,
                            &QApplication::quit);
-    return QApplication::exec();
+    const int code = QApplication::exec();
+    keepState(window->state(), options);
+    return code;
 }

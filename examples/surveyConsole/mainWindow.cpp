@@ -7,6 +7,7 @@
 #include "navigationPanel.h"
 #include "notices.h"
 #include "notifierWidget.h"
+#include "paletteChooser.h"
 #include "positionPanel.h"
 #include "recordingsPanel.h"
 #include "replayControls.h"
@@ -27,6 +28,7 @@
 #include <QKeySequence>
 #include <QMenu>
 #include <QPushButton>
+#include <QScreen>
 #include <QShortcut>
 #include <QStackedWidget>
 #include <QVBoxLayout>
@@ -34,6 +36,7 @@
 namespace survey_console {
 namespace {
 
+const QSize USUAL_SIZE(1280, 800);
 const int FRAME_INTERVAL = 33; // ms
 const int COLUMNS = 2;
 const int SPACING = 6;            // px between panels
@@ -94,14 +97,14 @@ mainWindow_t::mainWindow_t(const QString& lineName, readResult_t line,
                            std::function<double()> realTime, QWidget* parent)
     : QWidget(parent), m_recording(std::move(line.recording)), m_clock(realTime),
       m_navigationPanel(new navigationPanel_t(lineName, line.counts, m_recording)),
-      m_lineName(lineName), m_notifier(new zorbin_qt_gui::notifierWidget_t),
+      m_controls(new replayControls_t(&m_clock)), m_lineName(lineName),
+      m_notifier(new zorbin_qt_gui::notifierWidget_t),
       m_notices(
           new notices_t(eventsOf(lineName, m_recording), std::move(realTime), m_notifier, this)),
       m_pages(new QStackedWidget)
 {
     setWindowTitle(tr("Survey console - %1").arg(lineName));
-    auto* controls = new replayControls_t(&m_clock);
-    addPage(makeChartPage(controls), tr("Charts"));
+    addPage(makeChartPage(), tr("Charts"));
     showPage(PAGE_CHARTS);
     m_notifier->setMainWidget(new layoutStop_t(m_pages));
     m_notifier->setAnimated(true);
@@ -113,7 +116,7 @@ mainWindow_t::mainWindow_t(const QString& lineName, readResult_t line,
     layout->setSpacing(SPACING);
     layout->addWidget(m_navigationPanel);
     layout->addWidget(m_notifier, 1);
-    layout->addWidget(controls);
+    layout->addWidget(m_controls);
 
     connect(m_navigationPanel, &navigationPanel_t::pageChosen, this,
             [this](int page) { showPage(static_cast<page_t>(page)); });
@@ -149,7 +152,7 @@ mainWindow_t::mainWindow_t(const QString& lineName, readResult_t line,
 
 mainWindow_t::~mainWindow_t() = default;
 
-QWidget* mainWindow_t::makeChartPage(replayControls_t* controls)
+QWidget* mainWindow_t::makeChartPage()
 {
     auto* charts = new QGridLayout;
     charts->setSpacing(SPACING);
@@ -162,7 +165,7 @@ QWidget* mainWindow_t::makeChartPage(replayControls_t* controls)
         m_chartPanels.push_back(panel);
         connect(&m_clock, &replayClock_t::timeAdvanced, panel, &chartPanel_t::showTime);
         connect(&m_clock, &replayClock_t::timeJumped, panel, &chartPanel_t::jumpTo);
-        connect(controls, &replayControls_t::timeSpanChanged, panel, &chartPanel_t::timeSpan);
+        connect(m_controls, &replayControls_t::timeSpanChanged, panel, &chartPanel_t::timeSpan);
     }
     addTimeAxes(charts);
 
@@ -291,10 +294,10 @@ void mainWindow_t::addSonar(const QString& name, sonarRecord_t record)
 
 void mainWindow_t::addSurvey()
 {
-    auto* positionPanel = new positionPanel_t(m_recording);
-    letFollow(positionPanel);
-    positionPanel->showTime(m_clock.time());
-    connect(positionPanel, &positionPanel_t::timeChosen, &m_clock, &replayClock_t::seek);
+    m_positionPanel = new positionPanel_t(m_recording);
+    letFollow(m_positionPanel);
+    m_positionPanel->showTime(m_clock.time());
+    connect(m_positionPanel, &positionPanel_t::timeChosen, &m_clock, &replayClock_t::seek);
     m_recordings = new recordingsPanel_t;
     connect(m_recordings, &recordingsPanel_t::recordingChosen, this, &mainWindow_t::openRecording);
     auto* trackPanel = new trackPanel_t(m_recording);
@@ -308,7 +311,7 @@ void mainWindow_t::addSurvey()
     layout->setRowStretch(1, 1);
     layout->setColumnStretch(1, 1);
     layout->setColumnMinimumWidth(0, SURVEY_WIDTH);
-    layout->addWidget(positionPanel, 0, 0);
+    layout->addWidget(m_positionPanel, 0, 0);
     layout->addWidget(m_recordings, 1, 0);
     layout->addWidget(trackPanel, 0, 1, 2, 1);
     addPage(page, tr("Survey"));
@@ -328,9 +331,52 @@ void mainWindow_t::showPage(page_t page)
     m_navigationPanel->showPage(page);
 }
 
-mainWindow_t::page_t mainWindow_t::page() const
+page_t mainWindow_t::page() const
 {
     return static_cast<page_t>(m_pages->currentIndex());
+}
+
+consoleState_t mainWindow_t::state() const
+{
+    consoleState_t state = m_kept;
+    state.geometry = saveGeometry();
+    state.page = page();
+    if (const paletteChooser_t* chooser = m_chartPanels.front()->paletteChooser())
+        state.depthPalette = chooser->choice();
+    if (m_sonarPanel && !m_sonarPanel->paletteChoice().isEmpty())
+        state.sonarPalette = m_sonarPanel->paletteChoice();
+    if (m_positionPanel)
+        state.coordFormat = m_positionPanel->format();
+    state.speed = m_clock.speed();
+    state.timeSpan = m_controls->timeSpan();
+    return state;
+}
+
+// One that has been tampered with may lie beyond all screens or reach over them.
+void mainWindow_t::restorePlace(const QByteArray& geometry)
+{
+    if (!restoreGeometry(geometry))
+        resize(USUAL_SIZE);
+    const QRect screens = QGuiApplication::primaryScreen()->availableVirtualGeometry();
+    if (!screens.intersects(this->geometry()) || width() > screens.width() ||
+        height() > screens.height())
+        setGeometry(QRect(screens.topLeft(), USUAL_SIZE));
+}
+
+void mainWindow_t::restore(const consoleState_t& state)
+{
+    m_kept = state;
+    restorePlace(state.geometry);
+    if (state.page < m_pages->count())
+        showPage(state.page);
+    if (paletteChooser_t* chooser = m_chartPanels.front()->paletteChooser())
+        chooser->chooseAgain(state.depthPalette);
+    if (m_sonarPanel)
+        m_sonarPanel->choosePaletteAgain(state.sonarPalette);
+    if (m_positionPanel)
+        m_positionPanel->chooseFormat(state.coordFormat);
+    m_clock.setSpeed(state.speed);
+    m_controls->setTimeSpan(state.timeSpan);
 }
 
 // One below each column, that all its charts point at.

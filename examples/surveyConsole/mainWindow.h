@@ -1,4 +1,5 @@
 #pragma once
+#include "consoleState.h"
 #include "recordingReader.h"
 #include "replayClock.h"
 #include "sonarRecord.h"
@@ -20,6 +21,7 @@ namespace survey_console {
 class chartPanel_t;
 class navigationPanel_t;
 class notices_t;
+class positionPanel_t;
 class recordingsPanel_t;
 class replayControls_t;
 class sonarPanel_t;
@@ -34,13 +36,6 @@ class mainWindow_t : public QWidget
 {
     Q_OBJECT
 public:
-    enum page_t
-    {
-        PAGE_CHARTS,
-        PAGE_SONAR,
-        PAGE_SURVEY
-    };
-
     /// Shows the recording in \p line, standing at its start and paused. \p realTime is what the
     /// replay clock reads.
     mainWindow_t(const QString& lineName, readResult_t line, std::function<double()> realTime,
@@ -61,6 +56,12 @@ public:
     sonarPanel_t* sonarPanel() const { return m_sonarPanel; }
     notices_t* notices() const { return m_notices; }
 
+    /// What is to be kept for another window or another run.
+    consoleState_t state() const;
+    /// Takes over what was kept, once all pages are there and before the window is shown. What
+    /// there is no page, palette or place for stays as it is, and is kept on.
+    void restore(const consoleState_t& state);
+
     /// Reads another recording and asks the user whether to replay it in place of this one. If it
     /// can't be read, a notice says why.
     void openRecording(const QString& path);
@@ -74,7 +75,7 @@ Q_SIGNALS:
     void recordingChosen(const QString& path_, std::shared_ptr<readResult_t> line_);
 
 private:
-    QWidget* makeChartPage(replayControls_t* controls);
+    QWidget* makeChartPage();
     void addPage(QWidget* page, const QString& name);
     void addTimeAxes(QGridLayout* charts);
     QWidget* makeInstruments();
@@ -84,6 +85,7 @@ private:
     void openFileDialog();
     void askToReplay(const QString& path, std::shared_ptr<readResult_t> line);
     void showAbout();
+    void restorePlace(const QByteArray& geometry);
     void addShortcut(int key, std::function<void()> action);
     void showReplay();
 
@@ -92,14 +94,17 @@ private:
     replayClock_t m_clock;
     QTimer m_frameTimer;
     navigationPanel_t* m_navigationPanel;
+    replayControls_t* m_controls;
     std::vector<chartPanel_t*> m_chartPanels;
     QString m_lineName;
     zorbin_qt_gui::notifierWidget_t* m_notifier;
     notices_t* m_notices;
     QPointer<QWidget> m_prompt; // while the user is asked
     QStackedWidget* m_pages;
-    sonarPanel_t* m_sonarPanel = nullptr; // until there is a record
+    sonarPanel_t* m_sonarPanel = nullptr;       // until there is a record
+    positionPanel_t* m_positionPanel = nullptr; // until there is a survey, as the next
     recordingsPanel_t* m_recordings = nullptr;
+    consoleState_t m_kept; // as restored
 };
 
 } // namespace survey_console

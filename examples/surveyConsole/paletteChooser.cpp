@@ -16,6 +16,8 @@ using zorbin_qt_gui::palette_t;
 namespace survey_console {
 namespace {
 
+const int CHOICE_ROLE = Qt::UserRole;
+const char ONE_COLOR[] = "plain";
 const QSize ICON_SIZE(28, 12);
 const QSize SWATCH_SIZE(96, 10);
 const int NAME_WIDTH = 11; // of the palettes in the list, in widths of an X
@@ -24,15 +26,17 @@ const int SWATCH_GAP = 1;  // pixels between the swatch and the values below it
 struct standard_t
 {
     palette_t::standardPalette_t which;
+    const char* choice;
     const char* name;
 };
 const standard_t STANDARDS[] = {
-    {palette_t::SP_BATHY, QT_TRANSLATE_NOOP("paletteChooser_t", "Bathymetry")},
-    {palette_t::SP_IMAGERY, QT_TRANSLATE_NOOP("paletteChooser_t", "Imagery")},
-    {palette_t::SP_INTENSITY, QT_TRANSLATE_NOOP("paletteChooser_t", "Intensity")},
-    {palette_t::SP_SIDESCAN, QT_TRANSLATE_NOOP("paletteChooser_t", "Sidescan")},
-    {palette_t::SP_SUBBOTTOM, QT_TRANSLATE_NOOP("paletteChooser_t", "Sub-bottom")},
-    {palette_t::SP_WATERCOLUMN, QT_TRANSLATE_NOOP("paletteChooser_t", "Water column")},
+    {palette_t::SP_BATHY, "bathy", QT_TRANSLATE_NOOP("paletteChooser_t", "Bathymetry")},
+    {palette_t::SP_IMAGERY, "imagery", QT_TRANSLATE_NOOP("paletteChooser_t", "Imagery")},
+    {palette_t::SP_INTENSITY, "intensity", QT_TRANSLATE_NOOP("paletteChooser_t", "Intensity")},
+    {palette_t::SP_SIDESCAN, "sidescan", QT_TRANSLATE_NOOP("paletteChooser_t", "Sidescan")},
+    {palette_t::SP_SUBBOTTOM, "subbottom", QT_TRANSLATE_NOOP("paletteChooser_t", "Sub-bottom")},
+    {palette_t::SP_WATERCOLUMN, "watercolumn",
+     QT_TRANSLATE_NOOP("paletteChooser_t", "Water column")},
 };
 
 // Turning the wheel over it, on the way to something else, changes nothing.
@@ -103,12 +107,13 @@ paletteChooser_t::paletteChooser_t(const valueRange_t& range, const QString& uni
     layout->addWidget(m_swatch);
 
     m_box->addItem(tr("From file\u2026"));
-    addPalette(tr("One colour"), nullptr);
+    addPalette(tr("One colour"), QString::fromLatin1(ONE_COLOR), nullptr);
     QStringList unreadable;
     for (const standard_t& standard : STANDARDS) {
         palette_t palette;
         if (palette.load(standard.which) && !palette.colorTable().empty())
-            addPalette(tr(standard.name), curvePalette(palette));
+            addPalette(tr(standard.name), QString::fromLatin1(standard.choice),
+                       curvePalette(palette));
         else
             unreadable += tr(standard.name);
     }
@@ -129,6 +134,20 @@ const palette_t* paletteChooser_t::palette() const
     return m_palettes[static_cast<std::size_t>(m_chosen)].get();
 }
 
+QString paletteChooser_t::choice() const
+{
+    return m_box->itemData(m_chosen, CHOICE_ROLE).toString();
+}
+
+void paletteChooser_t::chooseAgain(const QString& choice)
+{
+    const int row = m_box->findData(choice, CHOICE_ROLE);
+    if (row >= 0 && row != m_chosen)
+        activate(row);
+    else if (row < 0 && QFileInfo(choice).isAbsolute())
+        chooseFile(choice);
+}
+
 void paletteChooser_t::chooseOneColor(const QColor& color)
 {
     QPixmap icon(ICON_SIZE);
@@ -143,20 +162,23 @@ void paletteChooser_t::chooseFile(const QString& path)
     const QString name = metrics.elidedText(QFileInfo(path).fileName(), Qt::ElideMiddle,
                                             NAME_WIDTH * metrics.horizontalAdvance('X'));
     palette_t palette;
-    if (!palette.load(QFile::encodeName(path).toStdString()) || palette.colorTable().empty()) {
+    if (!QFileInfo(path).isFile() || // a pipe would be waited for
+        !palette.load(QFile::encodeName(path).toStdString()) || palette.colorTable().empty()) {
         setMessage(tr("Can't read palette %1").arg(name));
         return;
     }
-    const int row = addPalette(name, curvePalette(palette));
+    const QString absolute = QFileInfo(path).absoluteFilePath();
+    const int row = addPalette(name, absolute, curvePalette(palette));
     m_box->setItemData(row, path, Qt::ToolTipRole);
     activate(row);
 }
 
 // Adds a row above the last and returns its number.
-int paletteChooser_t::addPalette(const QString& name, palettePointer_t palette)
+int paletteChooser_t::addPalette(const QString& name, const QString& choice,
+                                 palettePointer_t palette)
 {
     const int row = m_box->count() - 1;
-    m_box->insertItem(row, palette ? QIcon(swatch(*palette, ICON_SIZE)) : QIcon(), name);
+    m_box->insertItem(row, palette ? QIcon(swatch(*palette, ICON_SIZE)) : QIcon(), name, choice);
     m_palettes.push_back(std::move(palette));
     return row;
 }

@@ -28,6 +28,13 @@ public:
     /// What could not be read; empty again after the next choice.
     QString message() const { return m_message; }
 
+    /// What is chosen, to be chosen again in another run: "plain" for one colour, the name of a
+    /// standard palette's file without its ending, or the absolute path of another palette's file.
+    QString choice() const;
+    /// Goes over to what choice() said. If that isn't there, or can't be read, all stays as it is;
+    /// of a file the message says so.
+    void chooseAgain(const QString& choice);
+
     /// Goes over to one colour, \p color, which the list shows. Emits no paletteChanged().
     void chooseOneColor(const QColor& color);
     /// Goes over to the palette in a file, which joins the list. If it can't be read, or holds no
@@ -42,7 +49,7 @@ Q_SIGNALS:
 private:
     using palettePointer_t = std::unique_ptr<zorbin_qt_gui::palette_t>;
 
-    int addPalette(const QString& name, palettePointer_t palette);
+    int addPalette(const QString& name, const QString& choice, palettePointer_t palette);
     void activate(int row);
     void choose(int row);
     void openFileDialog();

@@ -33,7 +33,8 @@ void makeDisplay(latLonEditor_t* editor)
 } // namespace
 
 positionPanel_t::positionPanel_t(const recording_t& recording, QWidget* parent)
-    : QFrame(parent), m_recording(recording), m_nearestButton(new QPushButton(tr("Go to nearest")))
+    : QFrame(parent), m_recording(recording), m_selector(new coordFormatSelector_t),
+      m_nearestButton(new QPushButton(tr("Go to nearest")))
 {
     setFrameShape(QFrame::StyledPanel);
     setBackground(this, theme::panel());
@@ -45,11 +46,10 @@ positionPanel_t::positionPanel_t(const recording_t& recording, QWidget* parent)
 
     auto* title = makeLabel(theme::text(), 1.1, Qt::AlignLeft | Qt::AlignVCenter);
     title->setText(tr("Position"));
-    auto* selector = new coordFormatSelector_t;
-    selector->setObjectName(QStringLiteral("formatSelector"));
-    selector->setToolTip(tr("Notation of all coordinates"));
+    m_selector->setObjectName(QStringLiteral("formatSelector"));
+    m_selector->setToolTip(tr("Notation of all coordinates"));
     layout->addWidget(title, 0, 0);
-    layout->addWidget(selector, 0, 1, Qt::AlignRight);
+    layout->addWidget(m_selector, 0, 1, Qt::AlignRight);
     m_vesselEditors = addEditors(tr("Vessel"), QStringLiteral("vessel"), 1.3, layout);
     m_targetEditors = addEditors(tr("Go to"), QStringLiteral("target"), 1.0, layout);
     m_rangeLabel = addReadOut(tr("Range"), "targetRangeLabel", layout);
@@ -63,12 +63,12 @@ positionPanel_t::positionPanel_t(const recording_t& recording, QWidget* parent)
     layout->setRowStretch(layout->rowCount(), 1);
 
     // Before the editors hear of it: one that changes its notation is no coordinate for a moment.
-    connect(selector, &coordFormatSelector_t::selectionChanged, this,
+    connect(m_selector, &coordFormatSelector_t::selectionChanged, this,
             [this](latLonEditor_t::coordFormat_t format) { m_format = format; });
     for (latLonEditor_t* editor : {m_vesselEditors.latitude, m_vesselEditors.longitude,
                                    m_targetEditors.latitude, m_targetEditors.longitude}) {
         editor->setCoordinateFormat(m_format);
-        editor->connectFormatSelector(selector, false);
+        editor->connectFormatSelector(m_selector, false);
         // What is no coordinate keeps its notation; it catches up as soon as it is one.
         connect(editor, &latLonEditor_t::valueValidityChanged, this, [this, editor](bool isValid) {
             if (isValid)
@@ -93,6 +93,11 @@ positionPanel_t::positionPanel_t(const recording_t& recording, QWidget* parent)
     }
     connect(m_nearestButton, &QPushButton::clicked, this, &positionPanel_t::goToNearest);
     showRange();
+}
+
+void positionPanel_t::chooseFormat(latLonEditor_t::coordFormat_t format)
+{
+    m_selector->changeSelection(format);
 }
 
 positionPanel_t::editors_t positionPanel_t::addEditors(const QString& title,

@@ -23,6 +23,10 @@ public:
     /// outlive the panel.
     explicit positionPanel_t(const recording_t& recording, QWidget* parent = nullptr);
 
+    /// The notation of all coordinates: degrees and minutes, at first.
+    zorbin_qt_gui::latLonEditor_t::coordFormat_t format() const { return m_format; }
+    void chooseFormat(zorbin_qt_gui::latLonEditor_t::coordFormat_t format);
+
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 public Q_SLOTS:
@@ -50,6 +54,7 @@ private:
 
     const recording_t& m_recording;
     zorbin_qt_gui::latLonEditor_t::coordFormat_t m_format = zorbin_qt_gui::latLonEditor_t::CF_DM;
+    zorbin_qt_gui::coordFormatSelector_t* m_selector;
     QGeoCoordinate m_vessel; // invalid before the first fix
     editors_t m_vesselEditors;
     editors_t m_targetEditors;

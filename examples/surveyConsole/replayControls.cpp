@@ -105,6 +105,15 @@ double replayControls_t::timeSpan() const
     return m_spanBox->currentData().toDouble();
 }
 
+void replayControls_t::setTimeSpan(double seconds)
+{
+    const int index = m_spanBox->findData(seconds);
+    if (index < 0 || index == m_spanBox->currentIndex())
+        return;
+    m_spanBox->setCurrentIndex(index);
+    Q_EMIT timeSpanChanged(seconds);
+}
+
 void replayControls_t::showTime(double time)
 {
     const double span = m_clock->end() - m_clock->start();

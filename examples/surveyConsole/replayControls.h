@@ -19,6 +19,8 @@ public:
 
     /// The length of the time window that is chosen, in seconds.
     double timeSpan() const;
+    /// Chooses it; does nothing unless it is one of those to choose from.
+    void setTimeSpan(double seconds);
 
 Q_SIGNALS:
     void timeSpanChanged(double seconds_);

@@ -35,16 +35,18 @@ const int LEVELS_PERIOD = 16;     // pings between counts of the levels while th
 const std::size_t LEVEL_STEP = 4; // one sample of so many is counted
 const int SIDE_WIDTH = 260;       // px
 const QSize ICON_SIZE(28, 12);
+const int CHOICE_ROLE = Qt::UserRole + 1; // of the palettes, beside their numbers
 
 struct choice_t
 {
     palette_t::standardPalette_t which;
+    const char* choice;
     const char* name;
 };
 const choice_t PALETTES[] = {
-    {palette_t::SP_SIDESCAN, QT_TRANSLATE_NOOP("sonarPanel_t", "Sidescan")},
-    {palette_t::SP_IMAGERY, QT_TRANSLATE_NOOP("sonarPanel_t", "Imagery")},
-    {palette_t::SP_INTENSITY, QT_TRANSLATE_NOOP("sonarPanel_t", "Intensity")},
+    {palette_t::SP_SIDESCAN, "sidescan", QT_TRANSLATE_NOOP("sonarPanel_t", "Sidescan")},
+    {palette_t::SP_IMAGERY, "imagery", QT_TRANSLATE_NOOP("sonarPanel_t", "Imagery")},
+    {palette_t::SP_INTENSITY, "intensity", QT_TRANSLATE_NOOP("sonarPanel_t", "Intensity")},
 };
 
 QToolButton* makeButton(const char* name, const QString& text, const QString& toolTip)
@@ -158,9 +160,12 @@ QWidget* sonarPanel_t::makeHeader(const QString& name)
     m_paletteBox->setIconSize(ICON_SIZE);
     for (const choice_t& choice : PALETTES) {
         palette_t palette;
-        if (palette.load(choice.which) && !palette.colorTable().empty())
-            m_paletteBox->addItem(QIcon(swatch(palette, ICON_SIZE)), tr(choice.name),
-                                  static_cast<int>(choice.which));
+        if (!palette.load(choice.which) || palette.colorTable().empty())
+            continue;
+        m_paletteBox->addItem(QIcon(swatch(palette, ICON_SIZE)), tr(choice.name),
+                              static_cast<int>(choice.which));
+        m_paletteBox->setItemData(m_paletteBox->count() - 1, QString::fromLatin1(choice.choice),
+                                  CHOICE_ROLE);
     }
     m_paletteBox->setEnabled(m_paletteBox->count() > 0);
     for (QWidget* widget :
@@ -213,6 +218,20 @@ QWidget* sonarPanel_t::makeLevels()
     layout->addWidget(m_histogram);
     layout->addWidget(m_levelRuler);
     return levels;
+}
+
+QString sonarPanel_t::paletteChoice() const
+{
+    return m_paletteBox->currentData(CHOICE_ROLE).toString();
+}
+
+void sonarPanel_t::choosePaletteAgain(const QString& choice)
+{
+    const int row = m_paletteBox->findData(choice, CHOICE_ROLE);
+    if (row < 0)
+        return;
+    m_paletteBox->setCurrentIndex(row);
+    choosePalette(row);
 }
 
 void sonarPanel_t::choosePalette(int row)

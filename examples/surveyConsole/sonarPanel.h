@@ -37,6 +37,12 @@ public:
     pingView_t* view() const { return m_view; }
     sounderPanel_t* sounderPanel() const { return m_sounderPanel; }
 
+    /// The palette chosen, to be chosen again in another run: the name of its file without the
+    /// ending. Empty if there is none.
+    QString paletteChoice() const;
+    /// Goes over to such a palette, if it is there.
+    void choosePaletteAgain(const QString& choice);
+
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 public Q_SLOTS:

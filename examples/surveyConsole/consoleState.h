@@ -1,0 +1,42 @@
+#pragma once
+#include "chartPanel.h"
+#include "latLonEditor.h"
+#include "replayClock.h"
+
+#include <QByteArray>
+#include <QString>
+#include <QStringList>
+
+class QSettings;
+
+namespace survey_console {
+
+enum page_t
+{
+    PAGE_CHARTS,
+    PAGE_SONAR,
+    PAGE_SURVEY
+};
+
+/// The pages' names in settings and on the command line, in their order.
+QStringList pageNames();
+
+/// What the console keeps from one run to the next; at first as in the very first run.
+struct consoleState_t
+{
+    QByteArray geometry; ///< by QWidget::saveGeometry(); empty: the usual size
+    page_t page = PAGE_CHARTS;
+    QString depthPalette = QStringLiteral("bathy");    ///< as paletteChooser_t::choice() says it
+    QString sonarPalette = QStringLiteral("sidescan"); ///< as sonarPanel_t::paletteChoice() does
+    zorbin_qt_gui::latLonEditor_t::coordFormat_t coordFormat = zorbin_qt_gui::latLonEditor_t::CF_DM;
+    double speed = replayClock_t::MIN_SPEED;      ///< of the replay, times real time
+    double timeSpan = chartPanel_t::DEFAULT_SPAN; ///< s, of the charts
+};
+
+/// Reads what \p settings keep. Whatever is missing or can't have been written by writeState() is
+/// as in the very first run.
+consoleState_t readState(const QSettings& settings);
+/// Writes all of \p state.
+void writeState(const consoleState_t& state, QSettings* settings);
+
+} // namespace survey_console

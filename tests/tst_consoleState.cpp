@@ -1,0 +1,361 @@
+#include "consoleState.h"
+#include "latLonEditor.h"
+#include "mainWindow.h"
+#include "paletteChooser.h"
+#include "randomNumbers.h"
+
+#include <QComboBox>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QGuiApplication>
+#include <QLabel>
+#include <QPushButton>
+#include <QScreen>
+#include <QSettings>
+#include <QStackedWidget>
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace survey_console;
+using zorbin_qt_gui::coordFormatSelector_t;
+using zorbin_qt_gui::latLonEditor_t;
+
+namespace {
+
+const char* const KEYS[] = {"window/geometry", "window/page",   "charts/depthPalette",
+                            "charts/timeSpan", "sonar/palette", "survey/notation",
+                            "replay/speed"};
+
+// A palette file of two colours.
+const char TWO_COLORS[] = "<palette><colorTable depth=\"24\"><color r=\"255\" g=\"0\" b=\"0\"/>"
+                          "<color r=\"0\" g=\"255\" b=\"0\"/></colorTable><keyedColorTable/>"
+                          "</palette>";
+
+bool writeFile(const QString& path, const QByteArray& content)
+{
+    QFile file(path);
+    return file.open(QIODevice::WriteOnly) && file.write(content) == content.size();
+}
+
+// A minute of soundings and positions, a second apart.
+readResult_t testLine()
+{
+    readResult_t line;
+    for (int second = 0; second <= 60; ++second) {
+        line.recording.add(CHANNEL_DEPTH, "SDDPT", {double(second), 10.0 + second});
+        line.recording.addFix("INGGA", {double(second), QGeoCoordinate(0.0, 0.001 * second)});
+    }
+    return line;
+}
+
+sonarRecord_t testSonar()
+{
+    sonarRecord_t record;
+    record.slantRange = 30.0;
+    record.pings.push_back({0.0, {-10.0F, -20.0F}});
+    return record;
+}
+
+// The console with all its pages.
+struct console_t
+{
+    mainWindow_t window{"test line", testLine(), [] { return 0.0; }};
+
+    console_t()
+    {
+        window.addSonar("test sonar", testSonar());
+        window.addSurvey();
+    }
+    QComboBox* box(const char* name) { return window.findChild<QComboBox*>(name); }
+    QComboBox* formatBox()
+    {
+        return window.findChild<coordFormatSelector_t*>("formatSelector")->findChild<QComboBox*>();
+    }
+    // Chooses a row as a user does.
+    void choose(QComboBox* box, const QString& text)
+    {
+        box->setCurrentIndex(box->findText(text));
+        Q_EMIT box->activated(box->currentIndex());
+    }
+};
+
+// All that isn't as at first.
+consoleState_t otherState()
+{
+    consoleState_t state;
+    state.page = PAGE_SURVEY;
+    state.depthPalette = QStringLiteral("intensity");
+    state.sonarPalette = QStringLiteral("imagery");
+    state.coordFormat = latLonEditor_t::CF_DMS;
+    state.speed = 7.5;
+    state.timeSpan = 120.0;
+    return state;
+}
+
+// But for the geometry.
+void compare(const consoleState_t& state, const consoleState_t& wanted)
+{
+    QCOMPARE(state.page, wanted.page);
+    QCOMPARE(state.depthPalette, wanted.depthPalette);
+    QCOMPARE(state.sonarPalette, wanted.sonarPalette);
+    QCOMPARE(state.coordFormat, wanted.coordFormat);
+    QCOMPARE(state.speed, wanted.speed);
+    QCOMPARE(state.timeSpan, wanted.timeSpan);
+}
+
+} // namespace
+
+class tst_consoleState : public QObject
+{
+    Q_OBJECT
+private:
+    QTemporaryDir m_directory;
+    QString m_file;
+
+private Q_SLOTS:
+    void initTestCase();
+    void init();
+    void readsWhatWasWritten();
+    void beginsWithoutSettings();
+    void takesBadValuesForMissingOnes_data();
+    void takesBadValuesForMissingOnes();
+    void readsFilesThatAreNoSettings_data();
+    void readsFilesThatAreNoSettings();
+    void windowKeepsWhatTheUserChose();
+    void windowRestoresWhatWasKept();
+    void windowKeepsItsPlaceAndSize();
+    void windowIgnoresWhatIsNotThere();
+    void windowKeepsOnWhatItHasNoPlaceFor();
+    void survivesAnyGeometry();
+    void keepsAPaletteFromAFile();
+    void namesAPaletteFileThatHasGone();
+    void waitsForNoPipe();
+};
+
+void tst_consoleState::initTestCase()
+{
+    QVERIFY(m_directory.isValid());
+    m_file = m_directory.filePath("settings.ini");
+    QVERIFY(QDir(m_directory.path()).mkdir("palette"));
+    for (const char* name :
+         {"bathy", "imagery", "intensity", "sidescan", "subbottom", "watercolumn"})
+        QVERIFY(
+            writeFile(m_directory.filePath(QStringLiteral("palette/%1.wp").arg(name)), TWO_COLORS));
+    qputenv("ZORBIN_QT_RESOURCE_DIR", QFile::encodeName(m_directory.path()));
+}
+
+void tst_consoleState::init()
+{
+    QFile::remove(m_file);
+}
+
+void tst_consoleState::readsWhatWasWritten()
+{
+    consoleState_t state = otherState();
+    state.geometry = QByteArray("\0\1\xff,;\n", 6);
+    {
+        QSettings settings(m_file, QSettings::IniFormat);
+        writeState(state, &settings);
+    }
+    const QSettings settings(m_file, QSettings::IniFormat);
+    compare(readState(settings), state);
+    QCOMPARE(readState(settings).geometry, state.geometry);
+    QCOMPARE(settings.allKeys().size(), int(std::size(KEYS)));
+}
+
+void tst_consoleState::beginsWithoutSettings()
+{
+    const consoleState_t state = readState(QSettings(m_file, QSettings::IniFormat));
+    QVERIFY(state.geometry.isEmpty());
+    QCOMPARE(state.page, PAGE_CHARTS);
+    QCOMPARE(state.depthPalette, QStringLiteral("bathy"));
+    QCOMPARE(state.sonarPalette, QStringLiteral("sidescan"));
+    QCOMPARE(state.coordFormat, latLonEditor_t::CF_DM);
+    QCOMPARE(state.speed, 1.0);
+    QCOMPARE(state.timeSpan, 300.0);
+}
+
+void tst_consoleState::takesBadValuesForMissingOnes_data()
+{
+    QTest::addColumn<QString>("key");
+    QTest::addColumn<QVariant>("value");
+    const auto add = [](const char* key, const char* name, const QVariant& value) {
+        QTest::addRow("%s: %s", key, name) << QString(key) << value;
+    };
+    for (const char* key : KEYS) {
+        if (QByteArray(key).endsWith("geometry"))
+            continue; // whether it is one, the window tells
+        add(key, "empty", QString());
+        add(key, "list", QStringList{"a", "b"});
+        add(key, "map", QVariantMap{{"a", 1}});
+        add(key, "long", QString(100000, 'x'));
+    }
+    add("window/geometry", "long", QByteArray(100000, 'x'));
+    for (const char* key : {"replay/speed", "charts/timeSpan"}) {
+        for (const char* number : {"0", "-1", "1e300", "inf", "-inf", "nan", "fast", "2x"})
+            add(key, number, number);
+    }
+    for (const char* key : {"window/page", "survey/notation"}) {
+        for (const char* name : {"0", "-1", "99", "Sonar", "charts,sonar"})
+            add(key, name, name);
+    }
+}
+
+void tst_consoleState::takesBadValuesForMissingOnes()
+{
+    QFETCH(QString, key);
+    QFETCH(QVariant, value);
+    {
+        QSettings settings(m_file, QSettings::IniFormat);
+        settings.setValue(key, value);
+    }
+    const consoleState_t state = readState(QSettings(m_file, QSettings::IniFormat));
+    compare(state, consoleState_t());
+    QVERIFY(state.geometry.isEmpty());
+}
+
+void tst_consoleState::readsFilesThatAreNoSettings_data()
+{
+    QTest::addColumn<QByteArray>("content");
+    QTest::newRow("empty") << QByteArray();
+    QTest::newRow("text") << QByteArray("once upon a time\n");
+    QTest::newRow("zeros") << QByteArray(10000, '\0');
+    QTest::newRow("cut off") << QByteArray("[window]\npage=@Variant(\\0\\0\\0");
+    QTest::newRow("wrong types") << QByteArray("[replay]\nspeed=@Rect(0 0 1 1)\n[window]\n"
+                                               "page=@Invalid()\ngeometry=@Size(1 1)\n");
+}
+
+void tst_consoleState::readsFilesThatAreNoSettings()
+{
+    QFETCH(QByteArray, content);
+    QVERIFY(writeFile(m_file, content));
+    compare(readState(QSettings(m_file, QSettings::IniFormat)), consoleState_t());
+}
+
+void tst_consoleState::windowKeepsWhatTheUserChose()
+{
+    console_t console;
+    console.window.restore(consoleState_t());
+    compare(console.window.state(), consoleState_t());
+    console.window.showPage(PAGE_SURVEY);
+    console.choose(console.box("paletteBox"), QStringLiteral("Intensity"));
+    console.choose(console.box("sonarPaletteBox"), QStringLiteral("Imagery"));
+    console.formatBox()->setCurrentIndex(latLonEditor_t::CF_DMS);
+    console.window.clock()->setSpeed(7.5);
+    console.choose(console.box("spanBox"), QStringLiteral("2 min"));
+    compare(console.window.state(), otherState());
+    console.choose(console.box("paletteBox"), QStringLiteral("One colour"));
+    QCOMPARE(console.window.state().depthPalette, QStringLiteral("plain"));
+}
+
+void tst_consoleState::windowRestoresWhatWasKept()
+{
+    console_t console;
+    console.window.restore(otherState());
+    compare(console.window.state(), otherState());
+    QCOMPARE(console.window.findChild<QStackedWidget*>()->currentIndex(), int(PAGE_SURVEY));
+    QCOMPARE(console.box("paletteBox")->currentText(), QStringLiteral("Intensity"));
+    QCOMPARE(console.box("sonarPaletteBox")->currentText(), QStringLiteral("Imagery"));
+    QCOMPARE(console.formatBox()->currentIndex(), int(latLonEditor_t::CF_DMS));
+    QCOMPARE(console.box("speedBox")->currentText(), QStringLiteral("7.5\u00d7"));
+    QCOMPARE(console.box("spanBox")->currentText(), QStringLiteral("2 min"));
+}
+
+void tst_consoleState::windowKeepsItsPlaceAndSize()
+{
+    consoleState_t state;
+    {
+        console_t console;
+        console.window.setGeometry(30, 40, 1400, 900);
+        state = console.window.state();
+    }
+    console_t console;
+    console.window.restore(state);
+    QCOMPARE(console.window.geometry(), QRect(30, 40, 1400, 900));
+    console_t another;
+    another.window.restore(consoleState_t());
+    QCOMPARE(another.window.size(), QSize(1280, 800));
+}
+
+void tst_consoleState::windowIgnoresWhatIsNotThere()
+{
+    consoleState_t state;
+    state.depthPalette = QStringLiteral("nothing like it");
+    state.sonarPalette = QStringLiteral("bathy"); // is no choice there
+    state.timeSpan = 61.0;
+    console_t console;
+    console.window.restore(state);
+    compare(console.window.state(), consoleState_t());
+    QVERIFY(console.window.chartPanels().front()->paletteChooser()->message().isEmpty());
+}
+
+void tst_consoleState::windowKeepsOnWhatItHasNoPlaceFor()
+{
+    readResult_t line;
+    line.recording.add(CHANNEL_GYRO_HEADING, "HEHDT", {0.0, 0.0});
+    mainWindow_t window("no depth", line, [] { return 0.0; });
+    consoleState_t state = otherState();
+    window.restore(state); // there is no page but the first
+    state.page = PAGE_CHARTS;
+    compare(window.state(), state);
+}
+
+void tst_consoleState::survivesAnyGeometry()
+{
+    console_t console;
+    const QByteArray good = console.window.saveGeometry();
+    const QRect screen = QGuiApplication::primaryScreen()->virtualGeometry();
+    random_t random;
+    consoleState_t state;
+    for (int round = 0; round < 300; ++round) {
+        state.geometry = good.left(random.integer(0, static_cast<int>(good.size())));
+        for (int i = random.integer(1, 8); i > 0 && !state.geometry.isEmpty(); --i)
+            state.geometry[random.integer(0, static_cast<int>(state.geometry.size()) - 1)] =
+                static_cast<char>(random.integer(0, 255));
+        console.window.restore(state);
+        const QSize size = console.window.size();
+        QVERIFY2(size.width() <= screen.width() && size.height() <= screen.height(),
+                 state.geometry.toHex().constData());
+        QVERIFY2(screen.intersects(console.window.geometry()), state.geometry.toHex().constData());
+    }
+}
+
+void tst_consoleState::keepsAPaletteFromAFile()
+{
+    const QString path = m_directory.filePath("mine, of 2 colours.wp");
+    QVERIFY(writeFile(path, TWO_COLORS));
+    consoleState_t state;
+    state.depthPalette = path;
+    {
+        QSettings settings(m_file, QSettings::IniFormat);
+        writeState(state, &settings);
+    }
+    console_t console;
+    console.window.restore(readState(QSettings(m_file, QSettings::IniFormat)));
+    QCOMPARE(console.box("paletteBox")->currentText().right(3), QStringLiteral(".wp"));
+    QCOMPARE(console.window.state().depthPalette, path);
+}
+
+void tst_consoleState::namesAPaletteFileThatHasGone()
+{
+    consoleState_t state;
+    state.depthPalette = QStringLiteral("/nowhere/gone.wp");
+    console_t console;
+    console.window.restore(state);
+    const paletteChooser_t* chooser = console.window.chartPanels().front()->paletteChooser();
+    QCOMPARE(chooser->message(), QStringLiteral("Can't read palette gone.wp"));
+    QCOMPARE(console.window.state().depthPalette, QStringLiteral("bathy"));
+}
+
+void tst_consoleState::waitsForNoPipe()
+{
+    consoleState_t state;
+    state.depthPalette = QStringLiteral("/dev/zero");
+    console_t console;
+    console.window.restore(state);
+    QCOMPARE(console.window.state().depthPalette, QStringLiteral("bathy"));
+}
+
+QTEST_MAIN(tst_consoleState)
+#include "tst_consoleState.moc"
