@@ -28,6 +28,13 @@ zorbin_add_test_on_display(consumerThroughPkgConfig
     ${CMAKE_CURRENT_SOURCE_DIR}/consumer/buildWithPkgConfig
         ${prefix} ${consumer_dir}/consumerThroughPkgConfig
         ${CMAKE_CXX_COMPILER_LAUNCHER} ${CMAKE_CXX_COMPILER} ${compiler_flags})
+# With the library as a part of the program's own build, as far as to compile the program.
+add_test(NAME consumerWithSources
+    COMMAND ${CMAKE_CTEST_COMMAND} --build-and-test
+        ${CMAKE_CURRENT_SOURCE_DIR}/consumer ${consumer_dir}/sources
+        --build-generator ${CMAKE_GENERATOR} --build-noclean --build-target consumerObject
+        --build-options ${build_options} -DCONSUMER_LIBRARY_SOURCE=${PROJECT_SOURCE_DIR}
+            -DZORBIN_QT_MAJOR=${ZORBIN_QT_MAJOR} -DZORBIN_COMPANIONS=${ZORBIN_COMPANIONS})
 set_tests_properties(consumerThroughCMake consumerThroughPkgConfig PROPERTIES
     FIXTURES_REQUIRED installedTree)
 
