@@ -23,9 +23,9 @@ function(zorbin_precompile_headers target)
     endif()
 endfunction()
 
-# A shared library with its headers, installed as the component NAME: a CMake package NAME with the
-# target NAME::NAME and a pkg-config file NAME.pc. HEADERS are installed under include/NAME and
-# documented by the target docs.
+# A shared library with its headers: a CMake package NAME with the target NAME::NAME and a pkg-config
+# file NAME.pc. HEADERS are installed under include/NAME and documented by the target docs. What
+# programs run with is the component NAME, what they are built with NAME-dev.
 # PKG_CONFIG_REQUIRES and PKG_CONFIG_CFLAGS are what a program needs besides the library's own
 # directories to compile its headers.
 function(zorbin_add_library name)
@@ -38,7 +38,7 @@ function(zorbin_add_library name)
     zorbin_set_up_target(${name})
     set_target_properties(${name} PROPERTIES
         VERSION ${PROJECT_VERSION}
-        SOVERSION ${PROJECT_VERSION_MAJOR}
+        SOVERSION ${ZORBIN_SOVERSION}
         ZORBIN_HEADERS "${header_paths}")
     if(NOT DEFINED CMAKE_INSTALL_RPATH)
         # The installed libraries find each other wherever the tree is moved to.
@@ -50,20 +50,26 @@ function(zorbin_add_library name)
         "$<BUILD_INTERFACE:${CMAKE_CURRENT_BINARY_DIR}>" # headers that are generated
         "$<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>"
         "$<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}/${name}>")
-    install(TARGETS ${name} EXPORT ${name}Targets COMPONENT ${name})
-    install(FILES ${arg_HEADERS} DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/${name} COMPONENT ${name})
+    install(TARGETS ${name} EXPORT ${name}Targets
+        LIBRARY COMPONENT ${name} NAMELINK_COMPONENT ${name}-dev)
+    install(FILES ${arg_HEADERS}
+        DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/${name} COMPONENT ${name}-dev)
 
     set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/${name})
     install(EXPORT ${name}Targets
-        NAMESPACE ${name}:: DESTINATION ${package_dir} COMPONENT ${name})
+        NAMESPACE ${name}:: DESTINATION ${package_dir} COMPONENT ${name}-dev)
     configure_package_config_file(
         ${PROJECT_SOURCE_DIR}/cmake/${name}Config.cmake.in ${name}Config.cmake
         INSTALL_DESTINATION ${package_dir})
-    write_basic_package_version_file(${name}ConfigVersion.cmake COMPATIBILITY SameMajorVersion)
+    set(compatibility SameMajorVersion)
+    if(PROJECT_VERSION_MAJOR EQUAL 0)
+        set(compatibility SameMinorVersion)
+    endif()
+    write_basic_package_version_file(${name}ConfigVersion.cmake COMPATIBILITY ${compatibility})
     install(FILES
         ${CMAKE_CURRENT_BINARY_DIR}/${name}Config.cmake
         ${CMAKE_CURRENT_BINARY_DIR}/${name}ConfigVersion.cmake
-        DESTINATION ${package_dir} COMPONENT ${name})
+        DESTINATION ${package_dir} COMPONENT ${name}-dev)
 
     set(pc_dir ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
     if(IS_ABSOLUTE ${CMAKE_INSTALL_LIBDIR})
@@ -81,7 +87,7 @@ function(zorbin_add_library name)
     set(pc_cflags -I\${includedir} -I\${includedir}/${name} ${arg_PKG_CONFIG_CFLAGS})
     list(JOIN pc_cflags " " pc_cflags)
     configure_file(${PROJECT_SOURCE_DIR}/cmake/pkgConfig.pc.in ${name}.pc @ONLY)
-    install(FILES ${CMAKE_CURRENT_BINARY_DIR}/${name}.pc DESTINATION ${pc_dir} COMPONENT ${name})
+    install(FILES ${CMAKE_CURRENT_BINARY_DIR}/${name}.pc DESTINATION ${pc_dir} COMPONENT ${name}-dev)
 endfunction()
 
 # A program of this project that isn't installed: test, example or benchmark.

@@ -40,15 +40,15 @@ set_tests_properties(consumerThroughCMake consumerThroughPkgConfig PROPERTIES
 
 add_test(NAME exportedNames_zorbin-qt-gui
     COMMAND ${check_library} $<TARGET_FILE:zorbin-qt-gui>
-        libzorbin-qt-gui.so.${PROJECT_VERSION_MAJOR} zorbin_qt_gui)
+        libzorbin-qt-gui.so.${ZORBIN_SOVERSION} zorbin_qt_gui)
 
 if(ZORBIN_COMPANIONS STREQUAL "bundled")
     add_test(NAME exportedNames_zorbin
         COMMAND ${check_library} $<TARGET_FILE:zorbin>
-            libzorbin.so.${PROJECT_VERSION_MAJOR} zorbin zorbinport)
+            libzorbin.so.${ZORBIN_SOVERSION} zorbin zorbinport)
     add_test(NAME exportedNames_zorbin-qt
         COMMAND ${check_library} $<TARGET_FILE:zorbin-qt>
-            libzorbin-qt.so.${PROJECT_VERSION_MAJOR} zorbin_qt)
+            libzorbin-qt.so.${ZORBIN_SOVERSION} zorbin_qt)
 
     # A site with companions of its own: they are installed alone, the library is built against them
     # and installed elsewhere, and a program takes both from there.
@@ -56,7 +56,8 @@ if(ZORBIN_COMPANIONS STREQUAL "bundled")
     set(site_build ${consumer_dir}/siteBuild)
     set(site_prefix ${consumer_dir}/site)
     add_test(NAME companionsAlone
-        COMMAND ${install_tree} ${PROJECT_BINARY_DIR} ${companions} zorbin zorbin-qt)
+        COMMAND ${install_tree} ${PROJECT_BINARY_DIR} ${companions}
+            zorbin zorbin-dev zorbin-qt zorbin-qt-dev)
     set_tests_properties(companionsAlone PROPERTIES FIXTURES_SETUP companions)
     add_test(NAME libraryWithInstalledCompanions
         COMMAND ${CMAKE_CTEST_COMMAND} --build-and-test ${PROJECT_SOURCE_DIR} ${site_build}
