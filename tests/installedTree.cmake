@@ -35,6 +35,7 @@ add_test(NAME consumerWithSources
         --build-generator ${CMAKE_GENERATOR} --build-noclean --build-target consumerObject
         --build-options ${build_options} -DCONSUMER_LIBRARY_SOURCE=${PROJECT_SOURCE_DIR}
             -DZORBIN_QT_MAJOR=${ZORBIN_QT_MAJOR} -DZORBIN_COMPANIONS=${ZORBIN_COMPANIONS})
+set_tests_properties(consumerWithSources PROPERTIES LABELS siteBuild)
 set_tests_properties(consumerThroughCMake consumerThroughPkgConfig PROPERTIES
     FIXTURES_REQUIRED installedTree)
 
