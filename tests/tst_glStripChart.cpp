@@ -1172,9 +1172,9 @@ void tst_glStripChart::releasesListsInEveryOrder()
     for (const QChar step : order) {
         if (step == u'r')
             plot->chart.removeCurve(curve);
-        else if (step == u'c')
+        if (step == u'c')
             delete curve;
-        else
+        if (step == u'x')
             plot.reset();
         QCOMPARE(witness.lists(), step == u'r' ? 5 : 0);
     }

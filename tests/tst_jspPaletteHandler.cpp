@@ -260,7 +260,7 @@ void tst_jspPaletteHandler::readsANameThatIsNoUtf8()
 void tst_jspPaletteHandler::stopsAtTheFirstByteOfASparseFile()
 {
     write(path("a.jsp"), {});
-    QCOMPARE(truncate(path("a.jsp").c_str(), 100 * 1024 * 1024), 0);
+    QCOMPARE(truncate(path("a.jsp").c_str(), 100L * 1024 * 1024), 0);
     palette_t palette;
     QVERIFY(jspPaletteHandler_t().load(path("a.jsp"), &palette));
     QCOMPARE(palette.colorTable(), table_t());

@@ -13,10 +13,11 @@
 namespace zorbin_qt_gui {
 namespace {
 
-constexpr qint64 maxFileSize = 16 * 1024 * 1024;
+constexpr qint64 maxFileSize = 16LL * 1024 * 1024;
 constexpr qint64 maxDepth = 5000;    // QDomDocument recurses, so more would overflow the stack
 constexpr qint64 maxNodes = 1000000; // at most some 800 bytes each in the tree
-constexpr qint64 maxSizeWithEntities = 16 * 1024; // parsers expand each to 4096 characters at most
+constexpr qint64 maxSizeWithEntities =
+    16LL * 1024;                          // parsers expand each to 4096 characters at most
 constexpr double maxAttributePairs = 1e7; // parsers compare their names, in a fraction of a second
 
 const QLatin1String colorTableTag("colorTable");
@@ -116,7 +117,7 @@ bool isSafeToBuild(const QString& text)
     // what it can meet, unless entities multiply it.
     const QString rest = text.mid(static_cast<int>(reader.characterOffset()));
     if (!hasEntities && depth + openingTags(rest) <= maxDepth &&
-        nodes + 2 * rest.count('<') + rest.count('=') <= maxNodes)
+        nodes + 2LL * rest.count('<') + rest.count('=') <= maxNodes)
         return true;
     reportFault(reader.errorString(), reader.lineNumber(), reader.columnNumber());
     return false;

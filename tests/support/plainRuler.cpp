@@ -358,7 +358,7 @@ QImage plainRuler_t::drawnOn(const QImage& background, const QPalette& palette) 
     const int h = m_size.height();
 
     if (highlight) {
-        const QBrush color = palette.brush(QPalette::Highlight);
+        const QBrush& color = palette.brush(QPalette::Highlight);
         const qint64 p1 = valueToPixel(highlight->first);
         const qint64 p2 = valueToPixel(highlight->second);
         const qint64 first = std::min(p1, p2);
