@@ -87,7 +87,7 @@ protected:
 /// the points covered by `segments` in order, then the newest incomingCount points.
 struct ZORBIN_QT_GUI_EXPORT stripChartCurveData_t
 {
-    stripChartCurveData_t();
+    stripChartCurveData_t(); ///< Makes the record of an empty curve without a colour.
     /// Deletes neither the renderer nor the segments; the curve does.
     ~stripChartCurveData_t();
     stripChartCurveData_t(const stripChartCurveData_t&) = delete;

@@ -33,9 +33,11 @@ static bool savePicture(const QString& path)
 static void takePicture()
 {
     const QStringList arguments = QCoreApplication::arguments();
-    const double seconds = arguments.value(2, QStringLiteral("1")).toDouble();
-    QTimer::singleShot(static_cast<int>(1000.0 * seconds), qApp, [path = arguments.value(1)] {
-        QCoreApplication::exit(savePicture(path) ? 0 : 1);
+    const int delay = static_cast<int>(1000.0 * arguments.value(2, QStringLiteral("1")).toDouble());
+    // The time counts from when the program has set itself up and takes events.
+    QTimer::singleShot(0, qApp, [delay, path = arguments.value(1)] {
+        QTimer::singleShot(delay, qApp,
+                           [path] { QCoreApplication::exit(savePicture(path) ? 0 : 1); });
     });
 }
 Q_COREAPP_STARTUP_FUNCTION(takePicture)
