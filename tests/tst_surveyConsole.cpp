@@ -18,6 +18,7 @@
 #include "timeRuler.h"
 #include "valueRuler.h"
 
+#include <QAction>
 #include <QColorDialog>
 #include <QComboBox>
 #include <QDir>
@@ -27,7 +28,6 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
-#include <QMenu>
 #include <QMessageBox>
 #include <QPainter>
 #include <QProcess>
@@ -967,9 +967,7 @@ void tst_surveyConsole::showsTheAboutBox()
         text = box->text();
         box->close();
     });
-    auto* menu = console.find<QToolButton>("menuButton")->menu();
-    QCOMPARE(menu->actions().size(), 3); // one separates
-    menu->actions().constLast()->trigger();
+    console.find<QAction>("aboutAction")->trigger();
     QVERIFY2(text.contains("the sounder is simulated"), qPrintable(text));
 }
 

@@ -350,7 +350,7 @@ void chartPanel_t::showAutoscale(bool enabled)
 {
     m_autoscaleButton->setChecked(enabled);
     m_autoscaleButton->setToolTip(enabled ? tr("The scale follows the data; click to hold it")
-                                          : tr("The scale is held; click to follow the data"));
+                                          : tr("The scale is held; click to follow the data (A)"));
     QPalette palette = m_autoscaleButton->palette();
     palette.setColor(QPalette::ButtonText, enabled ? theme::quietText() : theme::paused());
     m_autoscaleButton->setPalette(palette);

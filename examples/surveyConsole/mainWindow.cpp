@@ -14,6 +14,7 @@
 #include "sonarPanel.h"
 #include "speedPanel.h"
 #include "statusLamps.h"
+#include "stripChart.h"
 #include "texts.h"
 #include "theme.h"
 #include "timeAxis.h"
@@ -21,12 +22,15 @@
 #include "trackPanel.h"
 
 #include <QApplication>
+#include <QComboBox>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QGridLayout>
 #include <QHBoxLayout>
+#include <QKeyEvent>
 #include <QKeySequence>
 #include <QMenu>
+#include <QMessageBox>
 #include <QPushButton>
 #include <QScreen>
 #include <QShortcut>
@@ -104,12 +108,12 @@ mainWindow_t::mainWindow_t(const QString& lineName, readResult_t line,
       m_pages(new QStackedWidget)
 {
     setWindowTitle(tr("Survey console - %1").arg(lineName));
+    makeMenu();
     addPage(makeChartPage(), tr("Charts"));
     showPage(PAGE_CHARTS);
     m_notifier->setMainWidget(new layoutStop_t(m_pages));
     m_notifier->setAnimated(true);
     theme::setUpNotifier(m_notifier);
-    makeMenu();
 
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(8, 8, 8, 8);
@@ -139,14 +143,9 @@ mainWindow_t::mainWindow_t(const QString& lineName, readResult_t line,
             m_frameTimer.stop();
     });
 
-    addShortcut(Qt::Key_Space, [this] { m_clock.setRunning(!m_clock.isRunning()); });
-    addShortcut(Qt::Key_Left, [this] { m_clock.seek(m_clock.time() - 10.0); });
-    addShortcut(Qt::Key_Right, [this] { m_clock.seek(m_clock.time() + 10.0); });
-    addShortcut(Qt::Key_PageUp, [this] { m_clock.seek(m_clock.time() - 60.0); });
-    addShortcut(Qt::Key_PageDown, [this] { m_clock.seek(m_clock.time() + 60.0); });
-    addShortcut(Qt::Key_Home, [this] { m_clock.seek(m_clock.start()); });
-    addShortcut(Qt::Key_End, [this] { m_clock.seek(m_clock.end()); });
-
+    orderTabs();
+    addShortcuts();
+    QCoreApplication::instance()->installEventFilter(this); // for keys, wherever the focus is
     m_clock.setSpan(m_recording.startTime(), m_recording.endTime());
 }
 
@@ -208,11 +207,36 @@ QWidget* mainWindow_t::makeInstruments()
 void mainWindow_t::makeMenu()
 {
     auto* menu = new QMenu(this);
-    menu->addAction(tr("Open recording\u2026"), this, &mainWindow_t::openFileDialog)
-        ->setShortcut(QKeySequence::Open);
+    menu->setToolTipsVisible(true);
+    addAction(menu, tr("Open recording\u2026"), QKeySequence::Open, &mainWindow_t::openFileDialog);
     menu->addSeparator();
-    menu->addAction(tr("About"), this, &mainWindow_t::showAbout);
-    m_navigationPanel->setMenu(menu);
+    addAction(menu, tr("Full screen"), Qt::Key_F11, &mainWindow_t::toggleFullScreen);
+    menu->addSeparator();
+    addAction(menu, tr("Keyboard\u2026"), QKeySequence(Qt::CTRL | Qt::Key_H),
+              &mainWindow_t::showShortcuts);
+    menu->addAction(tr("About"), this, &mainWindow_t::showAbout)
+        ->setObjectName(QStringLiteral("aboutAction"));
+    menu->addSeparator();
+    addAction(menu, tr("Quit"), QKeySequence(Qt::CTRL | Qt::Key_Q), &mainWindow_t::quit);
+    m_navigationPanel->setMenu(menu, QKeySequence(Qt::Key_F10));
+    listShortcut(Qt::Key_F10, tr("Menu"));
+}
+
+void mainWindow_t::addAction(QMenu* menu, const QString& text, const QKeySequence& key,
+                             void (mainWindow_t::*slot)())
+{
+    menu->addAction(text, this, slot)->setShortcut(key);
+    listShortcut(key, QString(text).remove(u'\u2026'));
+}
+
+void mainWindow_t::quit()
+{
+    QApplication::quit();
+}
+
+void mainWindow_t::toggleFullScreen()
+{
+    setWindowState(windowState() ^ Qt::WindowFullScreen);
 }
 
 // The replay goes on behind it.
@@ -252,7 +276,9 @@ void mainWindow_t::askToReplay(const QString& path, std::shared_ptr<readResult_t
                                m_lineName));
     auto* replay = new QPushButton(tr("Replay"));
     replay->setObjectName(QStringLiteral("replayButton"));
+    replay->setToolTip(tr("Replay it, from its start (Enter)"));
     auto* cancel = new QPushButton(tr("Cancel"));
+    cancel->setToolTip(tr("Go on with this one (Esc)"));
     cancel->setObjectName(QStringLiteral("cancelButton"));
     auto* layout = new QHBoxLayout(m_prompt);
     layout->setContentsMargins(12, 6, 8, 6);
@@ -320,9 +346,20 @@ void mainWindow_t::addSurvey()
 void mainWindow_t::addPage(QWidget* page, const QString& name)
 {
     const int index = m_pages->addWidget(page);
-    const int key = Qt::Key_F1 + index;
-    m_navigationPanel->addPage(name, QKeySequence(key).toString());
-    addShortcut(key, [this, index] { showPage(static_cast<page_t>(index)); });
+    const QKeySequence key(Qt::Key_F1 + index);
+    m_navigationPanel->addPage(name, key.toString(QKeySequence::NativeText));
+    addShortcut(key, tr("Page \u201c%1\u201d").arg(name),
+                [this, index] { showPage(static_cast<page_t>(index)); });
+    orderTabs();
+}
+
+// What was added last is the last that the Tab key goes to; the controls below the pages stay last.
+void mainWindow_t::orderTabs()
+{
+    QWidget* last = previousInFocusChain();
+    while (last != this && (last->focusPolicy() == Qt::NoFocus || m_controls->isAncestorOf(last)))
+        last = last->previousInFocusChain();
+    m_controls->followInTabOrder(last);
 }
 
 void mainWindow_t::showPage(page_t page)
@@ -393,9 +430,95 @@ void mainWindow_t::addTimeAxes(QGridLayout* charts)
     }
 }
 
-void mainWindow_t::addShortcut(int key, std::function<void()> action)
+void mainWindow_t::addShortcuts()
 {
-    connect(new QShortcut(QKeySequence(key), this), &QShortcut::activated, this, std::move(action));
+    const auto seekBy = [this](double seconds) {
+        return [this, seconds] { m_clock.seek(m_clock.time() + seconds); };
+    };
+    addShortcut(Qt::Key_Space, tr("Pause or resume"),
+                [this] { m_clock.setRunning(!m_clock.isRunning()); });
+    addShortcut(Qt::Key_Left, tr("Back by 10 s"), seekBy(-10.0));
+    addShortcut(Qt::Key_Right, tr("Forward by 10 s"), seekBy(10.0));
+    addShortcut(Qt::Key_PageUp, tr("Back by 1 min"), seekBy(-60.0));
+    addShortcut(Qt::Key_PageDown, tr("Forward by 1 min"), seekBy(60.0));
+    addShortcut(Qt::Key_Home, tr("To the start"), [this] { m_clock.seek(m_clock.start()); });
+    addShortcut(Qt::Key_End, tr("To the end"), [this] { m_clock.seek(m_clock.end()); });
+    addShortcut(Qt::Key_Plus, tr("Faster"), [this] { m_controls->changeSpeed(1); });
+    addShortcut(Qt::Key_Minus, tr("Slower"), [this] { m_controls->changeSpeed(-1); });
+    addShortcut(Qt::Key_A, tr("Charts: scales follow the data; sonar: the whole swath"),
+                [this] { followData(); });
+    addShortcut(Qt::Key_Escape, tr("Answer a question by Cancel, or dismiss the newest notice"),
+                [this] { dismissNewest(); });
+    listShortcut(Qt::Key_Tab, tr("To the next control"));
+    listShortcut(Qt::Key_Return, tr("Press the button, or open the list, that has the focus"));
+}
+
+void mainWindow_t::addShortcut(const QKeySequence& key, const QString& text,
+                               std::function<void()> action)
+{
+    connect(new QShortcut(key, this), &QShortcut::activated, this, std::move(action));
+    listShortcut(key, text);
+}
+
+void mainWindow_t::listShortcut(const QKeySequence& key, const QString& text)
+{
+    m_shortcuts += key.toString(QKeySequence::NativeText) + u'\t' + text;
+}
+
+// The replay goes on behind it.
+void mainWindow_t::showShortcuts()
+{
+    QString rows;
+    for (const QString& shortcut : m_shortcuts) {
+        const QString text = shortcut.toHtmlEscaped();
+        rows += QStringLiteral("<tr><td><b>%1</b>&nbsp;&nbsp;</td><td>%2</td></tr>")
+                    .arg(text.section(u'\t', 0, 0), text.section(u'\t', 1));
+    }
+    auto* box = new QMessageBox(this);
+    box->setObjectName(QStringLiteral("shortcutsBox"));
+    box->setAttribute(Qt::WA_DeleteOnClose);
+    box->setWindowTitle(tr("Keyboard"));
+    box->setText(QStringLiteral("<table>%1</table>").arg(rows));
+    box->open();
+}
+
+// Space pauses wherever the focus is, so that Enter takes its place.
+bool mainWindow_t::eventFilter(QObject* watched, QEvent* event)
+{
+    if (event->type() != QEvent::KeyPress)
+        return QWidget::eventFilter(watched, event);
+    const int key = static_cast<QKeyEvent*>(event)->key();
+    auto* widget = qobject_cast<QWidget*>(watched);
+    if (!widget || widget->window() != this || (key != Qt::Key_Return && key != Qt::Key_Enter))
+        return QWidget::eventFilter(watched, event);
+    if (auto* button = qobject_cast<QAbstractButton*>(widget)) {
+        button->click();
+        return true;
+    }
+    if (auto* box = qobject_cast<QComboBox*>(widget)) {
+        box->showPopup();
+        return true;
+    }
+    return QWidget::eventFilter(watched, event);
+}
+
+// Of the page that shows.
+void mainWindow_t::followData()
+{
+    if (page() == PAGE_CHARTS) {
+        for (const chartPanel_t* panel : m_chartPanels)
+            panel->chart()->autoscaleValue(true);
+    } else if (page() == PAGE_SONAR) {
+        m_sonarPanel->showWholeSwath();
+    }
+}
+
+void mainWindow_t::dismissNewest()
+{
+    if (m_prompt)
+        m_prompt->findChild<QPushButton*>(QStringLiteral("cancelButton"))->click();
+    else
+        m_notices->dismissNewest();
 }
 
 void mainWindow_t::showReplay()

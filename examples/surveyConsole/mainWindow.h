@@ -11,6 +11,8 @@
 #include <vector>
 
 class QGridLayout;
+class QKeySequence;
+class QMenu;
 class QStackedWidget;
 
 namespace zorbin_qt_gui {
@@ -30,8 +32,8 @@ class sonarPanel_t;
 /// glance, above them the time and position, below them the replay's controls. A sonar record has a
 /// page of its own. Notices at the lower edge tell of the start, the end and gaps of the recording.
 ///
-/// Space pauses and resumes; Left, Right, Page Up, Page Down, Home and End seek; F1, F2 and F3
-/// turn the pages; Ctrl+O opens another recording.
+/// Everything can be done by keys, which the menu lists: Tab goes from control to control, the
+/// other keys work wherever the focus is, unless it is in a field where they are typed.
 class mainWindow_t : public QWidget
 {
     Q_OBJECT
@@ -66,6 +68,11 @@ public:
     /// can't be read, a notice says why.
     void openRecording(const QString& path);
 
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+    /// What the keys do, a line each: the key, a tab, and what it does.
+    QStringList shortcuts() const { return m_shortcuts; }
+
     /// The clock all panels follow. While it runs, a timer advances it once a frame.
     replayClock_t* clock() { return &m_clock; }
     const std::vector<chartPanel_t*>& chartPanels() const { return m_chartPanels; }
@@ -86,7 +93,17 @@ private:
     void askToReplay(const QString& path, std::shared_ptr<readResult_t> line);
     void showAbout();
     void restorePlace(const QByteArray& geometry);
-    void addShortcut(int key, std::function<void()> action);
+    void orderTabs();
+    void addShortcuts();
+    void addShortcut(const QKeySequence& key, const QString& text, std::function<void()> action);
+    void addAction(QMenu* menu, const QString& text, const QKeySequence& key,
+                   void (mainWindow_t::*slot)());
+    void listShortcut(const QKeySequence& key, const QString& text);
+    void showShortcuts();
+    void followData();
+    void toggleFullScreen();
+    void quit();
+    void dismissNewest();
     void showReplay();
 
     const recording_t m_recording;
@@ -105,6 +122,7 @@ private:
     positionPanel_t* m_positionPanel = nullptr; // until there is a survey, as the next
     recordingsPanel_t* m_recordings = nullptr;
     consoleState_t m_kept; // as restored
+    QStringList m_shortcuts;
 };
 
 } // namespace survey_console

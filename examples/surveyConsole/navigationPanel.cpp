@@ -60,12 +60,14 @@ navigationPanel_t::navigationPanel_t(const QString& lineName, const lineCounts_t
     layout->addWidget(m_stateLabel, 2);
 }
 
-void navigationPanel_t::setMenu(QMenu* menu)
+void navigationPanel_t::setMenu(QMenu* menu, const QKeySequence& key)
 {
     auto* button = new QToolButton;
     button->setObjectName(QStringLiteral("menuButton"));
     button->setText(QStringLiteral("\u2261")); // three bars
-    button->setToolTip(tr("Open a recording, about this program"));
+    button->setToolTip(tr("Menu (%1): open a recording, keyboard, about this program")
+                           .arg(key.toString(QKeySequence::NativeText)));
+    button->setShortcut(key);
     button->setMenu(menu);
     button->setPopupMode(QToolButton::InstantPopup);
     button->setStyleSheet(QStringLiteral("QToolButton::menu-indicator { image: none; }"));
@@ -78,12 +80,14 @@ void navigationPanel_t::addPage(const QString& name, const QString& key)
     auto* button = new QToolButton;
     button->setObjectName(QStringLiteral("pageButton%1").arg(m_pageButtons->buttons().size()));
     button->setText(name);
-    button->setToolTip(key);
+    button->setToolTip(tr("Page \u201c%1\u201d (%2)").arg(name, key));
     button->setCheckable(true);
     button->setFocusPolicy(Qt::TabFocus);
     const int page = static_cast<int>(m_pageButtons->buttons().size());
     m_pageButtons->addButton(button, page); // one at a time is marked
     m_pageLayout->addWidget(button);
+    if (page > 0) // pages come one after another
+        setTabOrder(m_pageButtons->button(page - 1), button);
     connect(button, &QToolButton::clicked, this, [this, page] { Q_EMIT pageChosen(page); });
 }
 

@@ -5,6 +5,7 @@
 
 class QButtonGroup;
 class QHBoxLayout;
+class QKeySequence;
 class QLabel;
 class QMenu;
 
@@ -20,8 +21,8 @@ public:
     navigationPanel_t(const QString& lineName, const lineCounts_t& counts,
                       const recording_t& recording, QWidget* parent = nullptr);
 
-    /// Adds a button at the left that opens \p menu, which the caller owns.
-    void setMenu(QMenu* menu);
+    /// Adds a button at the left that opens \p menu, which the caller owns, as does \p key.
+    void setMenu(QMenu* menu, const QKeySequence& key);
     /// Adds a button for the next page, the first one having number 0, which \p key also shows.
     void addPage(const QString& name, const QString& key);
     /// Marks the button of a page.

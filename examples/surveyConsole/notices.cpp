@@ -27,6 +27,7 @@ void notices_t::show(const QString& text)
     auto* button = new QToolButton;
     button->setObjectName(QStringLiteral("dismissButton"));
     button->setText(tr("Dismiss"));
+    button->setToolTip(tr("Take this notice away (Esc takes the newest)"));
     button->setFocusPolicy(Qt::TabFocus);
     auto* layout = new QHBoxLayout(notice);
     layout->setContentsMargins(12, 4, 8, 4);
@@ -38,6 +39,12 @@ void notices_t::show(const QString& text)
         dismiss(m_notices.front().widget);
     m_notices.push_back({text, m_realTime(), notice});
     m_notifier->showNotification(notice);
+}
+
+void notices_t::dismissNewest()
+{
+    if (!m_notices.empty())
+        dismiss(m_notices.back().widget);
 }
 
 QStringList notices_t::texts() const

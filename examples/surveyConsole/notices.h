@@ -29,6 +29,8 @@ public:
 
     /// Shows a notice of its own.
     void show(const QString& text);
+    /// Dismisses the newest notice, if there is one.
+    void dismissNewest();
     /// What the notices say, the oldest first.
     QStringList texts() const;
 

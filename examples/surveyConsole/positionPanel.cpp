@@ -50,8 +50,11 @@ positionPanel_t::positionPanel_t(const recording_t& recording, QWidget* parent)
     m_selector->setToolTip(tr("Notation of all coordinates"));
     layout->addWidget(title, 0, 0);
     layout->addWidget(m_selector, 0, 1, Qt::AlignRight);
-    m_vesselEditors = addEditors(tr("Vessel"), QStringLiteral("vessel"), 1.3, layout);
-    m_targetEditors = addEditors(tr("Go to"), QStringLiteral("target"), 1.0, layout);
+    m_vesselEditors = addEditors(tr("Vessel"), QStringLiteral("vessel"),
+                                 tr("Position of the vessel"), 1.3, layout);
+    m_targetEditors = addEditors(
+        tr("Go to"), QStringLiteral("target"),
+        tr("A position of your own: type it, or paste it in any usual form"), 1.0, layout);
     m_rangeLabel = addReadOut(tr("Range"), "targetRangeLabel", layout);
     m_bearingLabel = addReadOut(tr("Bearing"), "targetBearingLabel", layout);
     m_rangeLabel->setToolTip(tr("From the vessel along the great circle"));
@@ -101,7 +104,8 @@ void positionPanel_t::chooseFormat(latLonEditor_t::coordFormat_t format)
 }
 
 positionPanel_t::editors_t positionPanel_t::addEditors(const QString& title,
-                                                       const QString& objectName, double sizeFactor,
+                                                       const QString& objectName,
+                                                       const QString& toolTip, double sizeFactor,
                                                        QGridLayout* layout)
 {
     const editors_t editors = {new latitudeEditor_t(this), new longitudeEditor_t(this)};
@@ -113,6 +117,7 @@ positionPanel_t::editors_t positionPanel_t::addEditors(const QString& title,
     layout->addWidget(titleLabel, titleRow, 0, 1, 2);
     layout->setRowMinimumHeight(titleRow, titleLabel->sizeHint().height() + GROUP_SPACING);
     const auto addRow = [&](const QString& name, latLonEditor_t* editor) {
+        editor->setToolTip(toolTip);
         auto* label = makeLabel(theme::quietText(), 1.0, Qt::AlignLeft | Qt::AlignVCenter);
         label->setText(name);
         QFont font = editor->font();

@@ -44,8 +44,8 @@ private:
         zorbin_qt_gui::latLonEditor_t* longitude;
     };
 
-    editors_t addEditors(const QString& title, const QString& objectName, double sizeFactor,
-                         QGridLayout* layout);
+    editors_t addEditors(const QString& title, const QString& objectName, const QString& toolTip,
+                         double sizeFactor, QGridLayout* layout);
     QLabel* addReadOut(const QString& name, const char* objectName, QGridLayout* layout);
     void showRange();
     void goToNearest();

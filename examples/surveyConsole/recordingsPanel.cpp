@@ -52,6 +52,7 @@ recordingsPanel_t::recordingsPanel_t(QWidget* parent)
     auto* title = makeLabel(theme::text(), 1.1, Qt::AlignLeft | Qt::AlignVCenter);
     title->setText(tr("Recordings"));
     m_list->setObjectName(QStringLiteral("recordingList"));
+    m_list->setToolTip(tr("The recordings to choose from; Enter or a double click replays one"));
     m_list->setSelectionMode(QAbstractItemView::ExtendedSelection);
     m_messageLabel->setObjectName(QStringLiteral("recordingsMessageLabel"));
     m_messageLabel->setTextFormat(Qt::PlainText);

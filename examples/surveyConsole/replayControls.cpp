@@ -12,6 +12,7 @@
 #include <QSignalBlocker>
 #include <QSlider>
 #include <QStyle>
+#include <algorithm>
 #include <cmath>
 
 namespace survey_console {
@@ -53,7 +54,7 @@ replayControls_t::replayControls_t(replayClock_t* clock, QWidget* parent)
     m_seekSlider->setObjectName(QStringLiteral("seekSlider"));
     m_spanBox->setObjectName(QStringLiteral("spanBox"));
     m_pauseButton->setToolTip(tr("Pause or resume the replay (Space)"));
-    m_speedBox->setToolTip(tr("Replay speed, times real time"));
+    m_speedBox->setToolTip(tr("Replay speed, times real time (+ and -)"));
     m_seekSlider->setToolTip(
         tr("Go to a time: click or drag; Left/Right 10 s, Page Up/Down 1 min, Home, End"));
     m_spanBox->setToolTip(tr("Time shown by the charts"));
@@ -112,6 +113,21 @@ void replayControls_t::setTimeSpan(double seconds)
         return;
     m_spanBox->setCurrentIndex(index);
     Q_EMIT timeSpanChanged(seconds);
+}
+
+void replayControls_t::followInTabOrder(QWidget* last)
+{
+    for (QWidget* next : {static_cast<QWidget*>(m_pauseButton), static_cast<QWidget*>(m_speedBox),
+                          static_cast<QWidget*>(m_seekSlider), static_cast<QWidget*>(m_spanBox)}) {
+        setTabOrder(last, next);
+        last = next;
+    }
+}
+
+void replayControls_t::changeSpeed(int steps)
+{
+    const int index = std::clamp(m_speedBox->currentIndex() + steps, 0, m_speedBox->count() - 1);
+    m_clock->setSpeed(m_speedBox->itemData(index).toDouble());
 }
 
 void replayControls_t::showTime(double time)

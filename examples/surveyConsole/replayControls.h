@@ -22,6 +22,11 @@ public:
     /// Chooses it; does nothing unless it is one of those to choose from.
     void setTimeSpan(double seconds);
 
+    /// Lets the Tab key come here from \p last.
+    void followInTabOrder(QWidget* last);
+    /// Goes over to the speed so many steps further in the list, or to its last or first one.
+    void changeSpeed(int steps);
+
 Q_SIGNALS:
     void timeSpanChanged(double seconds_);
 

@@ -151,7 +151,8 @@ QWidget* sonarPanel_t::makeHeader(const QString& name)
     layout->addWidget(record, 1);
 
     m_newestButton = makeButton("newestButton", tr("Newest"), QString());
-    m_wholeButton = makeButton("wholeButton", tr("Whole swath"), tr("Show the full range again"));
+    m_wholeButton =
+        makeButton("wholeButton", tr("Whole swath"), tr("Show the full range again (A)"));
     m_orientationButton =
         makeButton("orientationButton", tr("Turn"), tr("Let the pings run down or to the left"));
     m_paletteBox = new QComboBox;
@@ -174,8 +175,7 @@ QWidget* sonarPanel_t::makeHeader(const QString& name)
         layout->addWidget(widget);
 
     connect(m_newestButton, &QToolButton::clicked, this, &sonarPanel_t::goToNewest);
-    connect(m_wholeButton, &QToolButton::clicked, this,
-            [this] { m_view->bounds(-m_record.slantRange, m_record.slantRange); });
+    connect(m_wholeButton, &QToolButton::clicked, this, &sonarPanel_t::showWholeSwath);
     connect(m_orientationButton, &QToolButton::clicked, this, [this] {
         chooseOrientation(m_view->orientation() == Qt::Vertical ? Qt::Horizontal : Qt::Vertical);
     });
@@ -218,6 +218,11 @@ QWidget* sonarPanel_t::makeLevels()
     layout->addWidget(m_histogram);
     layout->addWidget(m_levelRuler);
     return levels;
+}
+
+void sonarPanel_t::showWholeSwath()
+{
+    m_view->bounds(-m_record.slantRange, m_record.slantRange);
 }
 
 QString sonarPanel_t::paletteChoice() const

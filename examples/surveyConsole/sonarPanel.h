@@ -37,6 +37,8 @@ public:
     pingView_t* view() const { return m_view; }
     sounderPanel_t* sounderPanel() const { return m_sounderPanel; }
 
+    /// Shows the full range again.
+    void showWholeSwath();
     /// The palette chosen, to be chosen again in another run: the name of its file without the
     /// ending. Empty if there is none.
     QString paletteChoice() const;

@@ -39,16 +39,21 @@ sounderPanel_t::sounderPanel_t(QWidget* parent)
     m_layout->addWidget(title, 0, 0, 1, 3);
 
     auto* transmit = new QCheckBox(tr("on"));
+    transmit->setToolTip(tr("Whether the sounder transmits"));
     auto* pulse = new QComboBox;
     for (const char* name : sounder_t::PULSES)
         pulse->addItem(QString::fromUtf8(name));
+    pulse->setToolTip(tr("Length of the pulse; the longest needs a range of %1 m or more")
+                          .arg(sounder_t::MIN_LONG_RANGE));
     auto* gain = new QDoubleSpinBox;
+    gain->setToolTip(tr("Gain of the receiver; drifts while the sounder warms up"));
     gain->setRange(0.0, 40.0);
     gain->setDecimals(1);
     gain->setSingleStep(0.5);
     gain->setSuffix(QStringLiteral(" dB"));
     gain->setKeyboardTracking(false);
     auto* range = new QSpinBox;
+    range->setToolTip(tr("How far the sounder listens"));
     range->setRange(10, 200);
     range->setSingleStep(10);
     range->setSuffix(QStringLiteral(" m"));
@@ -59,6 +64,7 @@ sounderPanel_t::sounderPanel_t(QWidget* parent)
     power->setTracking(false); // one request for a drag
     power->setToolTip(tr("Transmit power, up to 100 %"));
     auto* line = new QLineEdit;
+    line->setToolTip(tr("Name that the sounder stores with its pings"));
     line->setMaxLength(40);
 
     using setting = sounder_t;

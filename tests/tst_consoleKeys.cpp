@@ -1,0 +1,391 @@
+#include "chartPanel.h"
+#include "mainWindow.h"
+#include "notices.h"
+#include "pingView.h"
+#include "recordingsPanel.h"
+#include "sonarPanel.h"
+#include "stripChart.h"
+
+#include <QAbstractButton>
+#include <QAbstractItemView>
+#include <QAbstractSlider>
+#include <QAbstractSpinBox>
+#include <QApplication>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMenu>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QTest>
+#include <QTimer>
+#include <QToolButton>
+#include <cmath>
+
+using namespace survey_console;
+
+namespace {
+
+const double SWATH = 30.0; // m
+
+// Ten minutes: depth, heading and position once a second.
+readResult_t testLine()
+{
+    readResult_t line;
+    for (int second = 0; second <= 600; ++second) {
+        line.recording.add(CHANNEL_DEPTH, "SDDPT", {double(second), 50.0 + second * 0.01});
+        line.recording.add(CHANNEL_GYRO_HEADING, "HEHDT", {double(second), 90.0});
+        line.recording.addFix("INGGA", {double(second), QGeoCoordinate(0.0, 0.0001 * second)});
+    }
+    line.recording.deriveRates();
+    return line;
+}
+
+sonarRecord_t testSonar()
+{
+    sonarRecord_t record;
+    record.slantRange = SWATH;
+    for (int second = 0; second < 60; ++second)
+        record.pings.push_back({double(second), {-10.0F, -20.0F}});
+    return record;
+}
+
+// The console with all its pages, its time standing still.
+struct console_t
+{
+    mainWindow_t window{"test line", testLine(), [] { return 0.0; }};
+
+    console_t()
+    {
+        window.addSonar("test sonar", testSonar());
+        window.addSurvey();
+        window.recordings()->addFiles({EXAMPLE_DATA "/plaka-sailing/plaka-10min.log"});
+        window.restore(consoleState_t());
+        window.show();
+        window.activateWindow();
+    }
+    bool isReady()
+    {
+        const bool active = QTest::qWaitForWindowActive(&window);
+        QCoreApplication::processEvents();
+        return active;
+    }
+    template <typename widget_t>
+    widget_t* find(const char* name)
+    {
+        return window.findChild<widget_t*>(name);
+    }
+    void press(Qt::Key key)
+    {
+        QWidget* focus = window.focusWidget();
+        QTest::keyClick(focus ? focus : &window, key);
+    }
+    zorbin_qt_gui::stripChart_t* chart(std::size_t index)
+    {
+        return window.chartPanels().at(index)->chart();
+    }
+};
+
+// What the user clicks, drags or types into. Parts of one, such as the field of a spin box, belong
+// to it.
+bool isControl(const QWidget* widget)
+{
+    return widget->focusPolicy() != Qt::NoFocus || widget->cursor().shape() != Qt::ArrowCursor ||
+           qobject_cast<const QAbstractButton*>(widget) ||
+           qobject_cast<const QAbstractSlider*>(widget) ||
+           qobject_cast<const QAbstractSpinBox*>(widget) ||
+           qobject_cast<const QComboBox*>(widget) || qobject_cast<const QLineEdit*>(widget);
+}
+
+// What shows while the pointer rests on a widget: an event that it ignores goes to its parent.
+QString shownToolTip(const QWidget* widget)
+{
+    while (widget && widget->toolTip().isEmpty() && !widget->isWindow())
+        widget = widget->parentWidget();
+    return widget ? widget->toolTip() : QString();
+}
+
+QString pathOf(const QWidget* widget)
+{
+    QString path;
+    for (; widget; widget = widget->parentWidget())
+        path =
+            QStringLiteral("%1(%2)/").arg(widget->metaObject()->className(), widget->objectName()) +
+            path;
+    return path;
+}
+
+} // namespace
+
+class tst_consoleKeys : public QObject
+{
+    Q_OBJECT
+private Q_SLOTS:
+    void everyControlHasAToolTip();
+    void listsWhatTheKeysDo();
+    void listIsShownByItsKey();
+    void menuOpensByItsKey();
+    void turnsPagesByKeys();
+    void changesTheSpeedByKeys();
+    void followsTheDataByItsKey();
+    void showsTheWholeSwathByItsKey();
+    void answersCancelByEscape();
+    void dismissesTheNewestNoticeByEscape();
+    void typesWhatIsAKeyElsewhere();
+    void enterPressesTheButtonInFocus();
+    void enterOpensTheListInFocus();
+    void tabGoesFromTheTopToTheBottom_data();
+    void tabGoesFromTheTopToTheBottom();
+    void tabReachesEveryButton_data();
+    void tabReachesEveryButton();
+};
+
+void tst_consoleKeys::everyControlHasAToolTip()
+{
+    console_t console;
+    QVERIFY(console.isReady());
+    console.window.notices()->show(QStringLiteral("test"));
+    console.window.openRecording(EXAMPLE_DATA "/plaka-sailing/plaka-10min.log");
+    QVERIFY(console.find<QPushButton>("replayButton"));
+    int controls = 0;
+    for (const QWidget* widget : console.window.findChildren<QWidget*>()) {
+        if (widget->window() != &console.window || !isControl(widget))
+            continue;
+        ++controls;
+        QVERIFY2(!shownToolTip(widget).isEmpty(), qPrintable(pathOf(widget)));
+    }
+    QVERIFY2(controls > 50, qPrintable(QString::number(controls)));
+}
+
+void tst_consoleKeys::listsWhatTheKeysDo()
+{
+    console_t console;
+    const QStringList list = console.window.shortcuts();
+    for (const char* line :
+         {"Space\tPause or resume", "Left\tBack by 10 s", "End\tTo the end", "F10\tMenu",
+          "F3\tPage \u201cSurvey\u201d", "Ctrl+O\tOpen recording", "Ctrl+H\tKeyboard", "+\tFaster",
+          "A\tCharts: scales follow the data; sonar: the whole swath"})
+        QVERIFY2(list.contains(QString::fromUtf8(line)), line);
+    QStringList keys;
+    for (const QString& line : list)
+        keys += line.section('\t', 0, 0);
+    QCOMPARE(keys.removeDuplicates(), 0);
+}
+
+void tst_consoleKeys::listIsShownByItsKey()
+{
+    console_t console;
+    QVERIFY(console.isReady());
+    QTest::keyClick(&console.window, Qt::Key_H, Qt::ControlModifier);
+    auto* box = console.find<QMessageBox>("shortcutsBox");
+    QVERIFY(box && box->isVisible());
+    for (const QString& line : console.window.shortcuts()) {
+        for (const QString& part : line.split('\t'))
+            QVERIFY2(box->text().contains(part.toHtmlEscaped()), qPrintable(part));
+    }
+    QTest::keyClick(box, Qt::Key_Escape);
+    QTRY_VERIFY(!console.find<QMessageBox>("shortcutsBox"));
+}
+
+void tst_consoleKeys::menuOpensByItsKey()
+{
+    console_t console;
+    QVERIFY(console.isReady());
+    QMenu* menu = console.find<QToolButton>("menuButton")->menu();
+    bool wasVisible = false;
+    QTimer::singleShot(0, [&] { // the menu waits to be closed
+        wasVisible = menu->isVisible();
+        QTest::keyClick(menu, Qt::Key_Escape);
+    });
+    QTest::keyClick(&console.window, Qt::Key_F10);
+    QTRY_VERIFY(!menu->isVisible());
+    QVERIFY(wasVisible);
+}
+
+void tst_consoleKeys::turnsPagesByKeys()
+{
+    console_t console;
+    QVERIFY(console.isReady());
+    console.press(Qt::Key_F3);
+    QCOMPARE(console.window.page(), PAGE_SURVEY);
+    console.press(Qt::Key_F2);
+    QCOMPARE(console.window.page(), PAGE_SONAR);
+    console.press(Qt::Key_F1);
+    QCOMPARE(console.window.page(), PAGE_CHARTS);
+}
+
+void tst_consoleKeys::changesTheSpeedByKeys()
+{
+    console_t console;
+    QVERIFY(console.isReady());
+    console.press(Qt::Key_Minus);
+    QCOMPARE(console.window.clock()->speed(), 1.0); // the slowest
+    console.press(Qt::Key_Plus);
+    console.press(Qt::Key_Plus);
+    QCOMPARE(console.window.clock()->speed(), 5.0);
+    console.press(Qt::Key_Minus);
+    QCOMPARE(console.window.clock()->speed(), 2.0);
+    console.window.clock()->setSpeed(100.0);
+    console.press(Qt::Key_Plus);
+    QCOMPARE(console.window.clock()->speed(), 100.0);
+}
+
+void tst_consoleKeys::followsTheDataByItsKey()
+{
+    console_t console;
+    QVERIFY(console.isReady());
+    console.chart(0)->valueBounds(-1000.0, 0.0);
+    console.chart(1)->valueBounds(0.0, 360.0);
+    console.press(Qt::Key_A);
+    QVERIFY(console.chart(0)->autoscaleValue());
+    QVERIFY(console.chart(1)->autoscaleValue());
+}
+
+void tst_consoleKeys::showsTheWholeSwathByItsKey()
+{
+    console_t console;
+    QVERIFY(console.isReady());
+    console.chart(0)->valueBounds(-1000.0, 0.0);
+    console.press(Qt::Key_F2);
+    auto* view = console.window.sonarPanel()->view();
+    view->bounds(-1.0, 1.0);
+    console.press(Qt::Key_A);
+    QCOMPARE(view->begBound(), -SWATH);
+    QCOMPARE(view->endBound(), SWATH);
+    QVERIFY(!console.chart(0)->autoscaleValue()); // on a page that doesn't show
+}
+
+void tst_consoleKeys::answersCancelByEscape()
+{
+    console_t console;
+    QVERIFY(console.isReady());
+    console.window.notices()->show(QStringLiteral("stays"));
+    console.window.openRecording(EXAMPLE_DATA "/plaka-sailing/plaka-10min.log");
+    QVERIFY(console.find<QWidget>("openPrompt"));
+    console.press(Qt::Key_Escape);
+    QTRY_VERIFY(!console.find<QWidget>("openPrompt"));
+    QCOMPARE(console.window.notices()->texts(), QStringList{"stays"});
+}
+
+void tst_consoleKeys::dismissesTheNewestNoticeByEscape()
+{
+    console_t console;
+    QVERIFY(console.isReady());
+    console.window.notices()->show(QStringLiteral("first"));
+    console.window.notices()->show(QStringLiteral("second"));
+    console.press(Qt::Key_Escape);
+    QCOMPARE(console.window.notices()->texts(), QStringList{"first"});
+    console.press(Qt::Key_Escape);
+    console.press(Qt::Key_Escape); // there is none
+    QCOMPARE(console.window.notices()->texts(), QStringList());
+}
+
+void tst_consoleKeys::typesWhatIsAKeyElsewhere()
+{
+    console_t console;
+    QVERIFY(console.isReady());
+    console.press(Qt::Key_F2);
+    auto* line = console.find<QLineEdit>("line");
+    line->setFocus();
+    line->clear();
+    QTest::keyClicks(line, QStringLiteral("A -+"));
+    QCOMPARE(line->text(), QStringLiteral("A -+"));
+    QVERIFY(!console.window.clock()->isRunning());
+}
+
+void tst_consoleKeys::enterPressesTheButtonInFocus()
+{
+    console_t console;
+    QVERIFY(console.isReady());
+    auto* autoscale = console.window.chartPanels().front()->findChild<QToolButton*>(
+        QStringLiteral("autoscaleButton"));
+    autoscale->setFocus();
+    console.press(Qt::Key_Return);
+    QVERIFY(!console.chart(0)->autoscaleValue());
+    console.press(Qt::Key_Enter);
+    QVERIFY(console.chart(0)->autoscaleValue());
+    console.press(Qt::Key_F2);
+    auto* transmit = console.find<QCheckBox>("transmit");
+    transmit->setFocus();
+    console.press(Qt::Key_Return);
+    QVERIFY(!transmit->isChecked());
+    console.find<QPushButton>("pauseButton")->setFocus();
+    console.press(Qt::Key_Return);
+    QVERIFY(console.window.clock()->isRunning());
+}
+
+void tst_consoleKeys::enterOpensTheListInFocus()
+{
+    console_t console;
+    QVERIFY(console.isReady());
+    auto* box = console.find<QComboBox>("speedBox");
+    box->setFocus();
+    console.press(Qt::Key_Return);
+    QTRY_VERIFY(box->view()->isVisible());
+    QTest::keyClick(box->view(), Qt::Key_Down);
+    QTest::keyClick(box->view(), Qt::Key_Return);
+    QTRY_COMPARE(console.window.clock()->speed(), 2.0);
+}
+
+void tst_consoleKeys::tabGoesFromTheTopToTheBottom_data()
+{
+    QTest::addColumn<int>("page");
+    QTest::newRow("charts") << int(PAGE_CHARTS);
+    QTest::newRow("sonar") << int(PAGE_SONAR);
+    QTest::newRow("survey") << int(PAGE_SURVEY);
+}
+
+// From the strip on top through the page to the controls below.
+void tst_consoleKeys::tabGoesFromTheTopToTheBottom()
+{
+    QFETCH(int, page);
+    console_t console;
+    QVERIFY(console.isReady());
+    console.window.showPage(static_cast<page_t>(page));
+    console.find<QToolButton>("menuButton")->setFocus();
+    QStringList regions;
+    QStringList path;
+    do {
+        QWidget* focus = console.window.focusWidget();
+        const int y = focus->mapTo(&console.window, focus->rect().center()).y();
+        const QString region = y < 60                             ? "top"
+                               : y > console.window.height() - 60 ? "bottom"
+                                                                  : "page";
+        if (regions.isEmpty() || regions.last() != region)
+            regions += region;
+        path += focus->objectName();
+        console.press(Qt::Key_Tab);
+    } while (console.window.focusWidget()->objectName() != "menuButton" && path.size() < 100);
+    QVERIFY2(regions == QStringList({"top", "page", "bottom"}), qPrintable(path.join(' ')));
+}
+
+void tst_consoleKeys::tabReachesEveryButton_data()
+{
+    tabGoesFromTheTopToTheBottom_data();
+}
+
+void tst_consoleKeys::tabReachesEveryButton()
+{
+    QFETCH(int, page);
+    console_t console;
+    QVERIFY(console.isReady());
+    console.window.showPage(static_cast<page_t>(page));
+    console.find<QToolButton>("menuButton")->setFocus();
+    QList<QWidget*> reached;
+    while (!reached.contains(console.window.focusWidget())) {
+        reached += console.window.focusWidget();
+        console.press(Qt::Key_Tab);
+    }
+    int buttons = 0;
+    for (auto* button : console.window.findChildren<QAbstractButton*>()) {
+        if (!button->isVisible() || !button->isEnabled() || button->group())
+            continue; // pages have keys of their own
+        ++buttons;
+        QVERIFY2(reached.contains(button), qPrintable(pathOf(button)));
+    }
+    QVERIFY2(buttons > 3, qPrintable(QString::number(buttons)));
+}
+
+QTEST_MAIN(tst_consoleKeys)
+#include "tst_consoleKeys.moc"
