@@ -1,20 +1,19 @@
-// Shows the standard palettes. Look at the ripple along the top of each upper strip: it is equally
+// The standard palettes. Look at the ripple along the top of each upper strip: it is equally
 // high everywhere, and a good palette shows it equally well everywhere. Below it are the sixteen
 // colours for displays of 8 bits, and the keyed colours as they are meant to be used.
 
-#include <QApplication>
-#include <QCommandLineParser>
+#include "pages.h"
+
 #include <QGridLayout>
 #include <QPainter>
 #include <QWidget>
 #include <cmath>
-#include <cstdio>
-#include <cstdlib>
 #include <zorbin-qt-gui/palette.h>
 #include <zorbin-qt-gui/rangeColorer.h>
 
 using namespace zorbin_qt_gui;
 
+namespace gallery {
 namespace {
 
 class swatch_t : public QWidget
@@ -22,10 +21,16 @@ class swatch_t : public QWidget
 public:
     swatch_t(const QString& title, QWidget* parent) : QWidget(parent), m_title(title)
     {
-        setMinimumSize(600, 204);
+        setObjectName(QStringLiteral("swatch"));
+        setMinimumSize(420, 204);
     }
 
-    bool load(palette_t::standardPalette_t which) { return m_palette.load(which); }
+    // Says so in its title if the palette isn't installed; its colours are black then.
+    void load(palette_t::standardPalette_t which)
+    {
+        if (!m_palette.load(which))
+            m_title += QStringLiteral(" (not found)");
+    }
 
 protected:
     void paintEvent(QPaintEvent*) override
@@ -109,7 +114,7 @@ private:
         return color;
     }
 
-    const QString m_title;
+    QString m_title;
     palette_t m_palette;
 };
 
@@ -128,37 +133,17 @@ const struct
 
 } // namespace
 
-int main(int argc, char* argv[])
+QWidget* makeStandardPalettes()
 {
-    if (qEnvironmentVariableIsEmpty("ZORBIN_QT_RESOURCE_DIR")) // it needn't be installed
-        qputenv("ZORBIN_QT_RESOURCE_DIR", PALETTE_SWATCHES_RESOURCE_DIR);
-    QApplication application(argc, argv);
-    QCommandLineParser parser;
-    parser.setApplicationDescription(QStringLiteral("Shows the standard palettes."));
-    parser.addHelpOption();
-    const QCommandLineOption screenshot(
-        QStringLiteral("screenshot"),
-        QStringLiteral("Write a picture of the window to FILE and quit."), QStringLiteral("FILE"));
-    parser.addOption(screenshot);
-    parser.process(application);
-
-    QWidget window;
-    window.setWindowTitle(QStringLiteral("Standard palettes"));
-    auto* const layout = new QGridLayout(&window);
+    auto* const page = new QWidget;
+    auto* const layout = new QGridLayout(page);
     layout->setHorizontalSpacing(16);
     for (const auto& palette : palettes) {
-        auto* const swatch = new swatch_t(QString::fromLatin1(palette.title), &window);
-        if (!swatch->load(palette.which)) {
-            std::fprintf(stderr, "paletteSwatches: cannot load '%s'\n", palette.title);
-            return EXIT_FAILURE;
-        }
+        auto* const swatch = new swatch_t(QString::fromLatin1(palette.title), page);
+        swatch->load(palette.which);
         layout->addWidget(swatch, layout->count() / 2, layout->count() % 2);
     }
-    window.show();
-    if (!parser.isSet(screenshot))
-        return QApplication::exec();
-    if (window.grab().save(parser.value(screenshot)))
-        return EXIT_SUCCESS;
-    std::fprintf(stderr, "paletteSwatches: cannot write the picture\n");
-    return EXIT_FAILURE;
+    return page;
 }
+
+} // namespace gallery
