@@ -1,11 +1,14 @@
 #include "consoleState.h"
+#include "curvePalette.h"
 #include "latLonEditor.h"
 #include "mainWindow.h"
 #include "paletteChooser.h"
+#include "perception.h"
 #include "randomNumbers.h"
 
 #include <QComboBox>
 #include <QDir>
+#include <QDoubleSpinBox>
 #include <QFile>
 #include <QFileInfo>
 #include <QGuiApplication>
@@ -23,9 +26,9 @@ using zorbin_qt_gui::latLonEditor_t;
 
 namespace {
 
-const char* const KEYS[] = {"window/geometry", "window/page",   "charts/depthPalette",
-                            "charts/timeSpan", "sonar/palette", "survey/notation",
-                            "replay/speed"};
+const char* const KEYS[] = {
+    "window/geometry", "window/page",  "charts/depthPalette", "charts/timeSpan", "sonar/palette",
+    "survey/notation", "window/theme", "depth/alarm",         "speed/planned",   "replay/speed"};
 
 // A palette file of two colours.
 const char TWO_COLORS[] = "<palette><colorTable depth=\"24\"><color r=\"255\" g=\"0\" b=\"0\"/>"
@@ -90,6 +93,8 @@ consoleState_t otherState()
     state.coordFormat = latLonEditor_t::CF_DMS;
     state.speed = 7.5;
     state.timeSpan = 120.0;
+    state.alarmDepth = 12.5;
+    state.plannedSpeed = 4.5;
     return state;
 }
 
@@ -102,6 +107,9 @@ void compare(const consoleState_t& state, const consoleState_t& wanted)
     QCOMPARE(state.coordFormat, wanted.coordFormat);
     QCOMPARE(state.speed, wanted.speed);
     QCOMPARE(state.timeSpan, wanted.timeSpan);
+    QCOMPARE(state.alarmDepth, wanted.alarmDepth);
+    QCOMPARE(state.plannedSpeed, wanted.plannedSpeed);
+    QCOMPARE(state.theme, wanted.theme);
 }
 
 } // namespace
@@ -131,6 +139,11 @@ private Q_SLOTS:
     void keepsAPaletteFromAFile();
     void namesAPaletteFileThatHasGone();
     void waitsForNoPipe();
+    void textsStandOut_data();
+    void textsStandOut();
+    void curvesStandOutOnALightChart();
+    void asksForTheOtherThemeByItsKey();
+    void drawsInTheColoursOfTheTheme();
 };
 
 void tst_consoleState::initTestCase()
@@ -153,6 +166,7 @@ void tst_consoleState::init()
 void tst_consoleState::readsWhatWasWritten()
 {
     consoleState_t state = otherState();
+    state.theme = theme::THEME_LIGHT;
     state.geometry = QByteArray("\0\1\xff,;\n", 6);
     {
         QSettings settings(m_file, QSettings::IniFormat);
@@ -192,11 +206,11 @@ void tst_consoleState::takesBadValuesForMissingOnes_data()
         add(key, "long", QString(100000, 'x'));
     }
     add("window/geometry", "long", QByteArray(100000, 'x'));
-    for (const char* key : {"replay/speed", "charts/timeSpan"}) {
-        for (const char* number : {"0", "-1", "1e300", "inf", "-inf", "nan", "fast", "2x"})
+    for (const char* key : {"replay/speed", "charts/timeSpan", "depth/alarm", "speed/planned"}) {
+        for (const char* number : {"-1", "1e300", "inf", "-inf", "nan", "fast", "2x"})
             add(key, number, number);
     }
-    for (const char* key : {"window/page", "survey/notation"}) {
+    for (const char* key : {"window/page", "survey/notation", "window/theme"}) {
         for (const char* name : {"0", "-1", "99", "Sonar", "charts,sonar"})
             add(key, name, name);
     }
@@ -244,6 +258,8 @@ void tst_consoleState::windowKeepsWhatTheUserChose()
     console.formatBox()->setCurrentIndex(latLonEditor_t::CF_DMS);
     console.window.clock()->setSpeed(7.5);
     console.choose(console.box("spanBox"), QStringLiteral("2 min"));
+    console.window.findChild<QDoubleSpinBox*>("alarmBox")->setValue(12.5);
+    console.window.findChild<QDoubleSpinBox*>("plannedSpeedBox")->setValue(4.5);
     compare(console.window.state(), otherState());
     console.choose(console.box("paletteBox"), QStringLiteral("One colour"));
     QCOMPARE(console.window.state().depthPalette, QStringLiteral("plain"));
@@ -355,6 +371,75 @@ void tst_consoleState::waitsForNoPipe()
     console_t console;
     console.window.restore(state);
     QCOMPARE(console.window.state().depthPalette, QStringLiteral("bathy"));
+}
+
+void tst_consoleState::textsStandOut_data()
+{
+    QTest::addColumn<int>("name");
+    QTest::newRow("dark") << int(theme::THEME_DARK);
+    QTest::newRow("light") << int(theme::THEME_LIGHT);
+}
+
+void tst_consoleState::textsStandOut()
+{
+    QFETCH(int, name);
+    theme::choose(static_cast<theme::name_t>(name));
+    for (const QColor& back : {theme::window(), theme::panel(), theme::chart()}) {
+        for (const QColor& text :
+             {theme::text(), theme::quietText(), theme::firstCurve(), theme::secondCurve(),
+              theme::running(), theme::paused(), theme::alarm()})
+            QVERIFY2(contrast(text.rgb(), back.rgb()) >= 4.5, // what small text needs
+                     qPrintable(text.name() + " on " + back.name()));
+    }
+    QVERIFY(contrast(theme::text().rgb(), theme::frame().rgb()) >= 4.5); // notices
+    theme::choose(theme::THEME_DARK);
+}
+
+void tst_consoleState::curvesStandOutOnALightChart()
+{
+    theme::choose(theme::THEME_LIGHT);
+    for (const QColor& color : {QColor(Qt::white), QColor(Qt::yellow), QColor(255, 128, 0)})
+        QVERIFY2(contrast(visibleOnChart(color).rgb(), theme::chart().rgb()) >= 3.0,
+                 qPrintable(color.name()));
+    QCOMPARE(visibleOnChart(Qt::darkBlue), QColor(Qt::darkBlue));
+    QCOMPARE(visibleOnChart(Qt::black), QColor(Qt::black));
+    theme::choose(theme::THEME_DARK);
+}
+
+void tst_consoleState::asksForTheOtherThemeByItsKey()
+{
+    console_t console;
+    console.window.show();
+    console.window.activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&console.window));
+    theme::name_t asked = theme::THEME_DARK;
+    connect(&console.window, &mainWindow_t::themeChosen, this,
+            [&](theme::name_t name) { asked = name; });
+    QTest::keyClick(&console.window, Qt::Key_L, Qt::ControlModifier);
+    QCOMPARE(asked, theme::THEME_LIGHT);
+}
+
+void tst_consoleState::drawsInTheColoursOfTheTheme()
+{
+    theme::choose(theme::THEME_LIGHT);
+    {
+        console_t console;
+        console.window.restore(consoleState_t());
+        QCOMPARE(console.window.state().theme, theme::THEME_LIGHT);
+        const QImage picture = console.window.grab().toImage();
+        int charts = 0;
+        int dark = 0;
+        for (int y = 0; y < picture.height(); ++y) {
+            for (int x = 0; x < picture.width(); ++x) {
+                charts += picture.pixelColor(x, y) == theme::chart() ? 1 : 0;
+                dark += picture.pixelColor(x, y).lightness() < 64 ? 1 : 0;
+            }
+        }
+        const int all = picture.width() * picture.height();
+        QVERIFY2(charts > all / 4, qPrintable(QString::number(charts)));
+        QVERIFY2(dark < all / 20, qPrintable(QString::number(dark)));
+    }
+    theme::choose(theme::THEME_DARK);
 }
 
 QTEST_MAIN(tst_consoleState)

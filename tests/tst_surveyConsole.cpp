@@ -316,6 +316,7 @@ private Q_SLOTS:
     void replaysTheBoat();
     void offersFurtherRecordings();
     void quitsAfterTheDuration();
+    void showsTheThemeAndSizeOfChoice();
     void keepsItsStateForTheNextRun();
     void picturesHaveNoPartInTheState();
     void reportsSettingsItCannotWrite();
@@ -1671,6 +1672,19 @@ void tst_surveyConsole::quitsAfterTheDuration()
     QCOMPARE(outcome.exitCode, 0);
 }
 
+void tst_surveyConsole::showsTheThemeAndSizeOfChoice()
+{
+    const QTemporaryDir directory;
+    const QString path = directory.filePath("console.png");
+    const outcome_t outcome =
+        runConsole({"--theme", "light", "--size", "1600x900", "--screenshot", path});
+    QCOMPARE(outcome.err, QString());
+    QCOMPARE(outcome.exitCode, 0);
+    const QImage picture(path);
+    QCOMPARE(picture.size(), QSize(1600, 900));
+    QCOMPARE(picture.pixelColor(2, 2), QColor(0xdc, 0xe3, 0xe9)); // the edge of the window
+}
+
 void tst_surveyConsole::keepsItsStateForTheNextRun()
 {
     const QTemporaryDir directory;
@@ -1727,8 +1741,9 @@ void tst_surveyConsole::printsHelp()
     const outcome_t outcome = runConsole({"--help"});
     QCOMPARE(outcome.exitCode, 0);
     QCOMPARE(outcome.err, QString());
-    for (const char* option : {"--recording", "--sonar", "--page", "--back-end", "--speed",
-                               "--duration", "--screenshot", "--settings", "--help"})
+    for (const char* option :
+         {"--recording", "--sonar", "--page", "--back-end", "--speed", "--duration", "--screenshot",
+          "--settings", "--theme", "--size", "--help"})
         QVERIFY2(outcome.out.contains(option), option);
 }
 
@@ -1756,6 +1771,14 @@ void tst_surveyConsole::refusesBadOptions_data()
                               << "surveyConsole: unexpected argument 'line.log'\n";
     QTest::newRow("empty screenshot")
         << QStringList{"--screenshot", ""} << "surveyConsole: --screenshot takes a file name\n";
+    QTest::newRow("theme") << QStringList{"--theme", "grey"}
+                           << "surveyConsole: --theme takes dark or light, not 'grey'\n";
+    for (const char* size : {"", "1280", "1280x", "0x800", "-1x800", "9000x800", "1280x800x600"})
+        QTest::addRow("size '%s'", size)
+            << QStringList{"--size", size}
+            << QStringLiteral("surveyConsole: --size takes WIDTHxHEIGHT, each up to 8192, not "
+                              "'%1'\n")
+                   .arg(size);
     QTest::newRow("empty settings")
         << QStringList{"--settings", ""} << "surveyConsole: --settings takes a file name\n";
     QTest::newRow("unknown option")

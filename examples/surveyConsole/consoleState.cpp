@@ -7,9 +7,11 @@ using zorbin_qt_gui::latLonEditor_t;
 namespace survey_console {
 namespace {
 
-const int MAX_GEOMETRY = 1024; // bytes; that of a window has less than a hundred
-const int MAX_CHOICE = 4096;   // characters, of a palette or the path of its file
-const double MIN_SPAN = 1.0;   // s
+const int MAX_GEOMETRY = 1024;         // bytes; that of a window has less than a hundred
+const int MAX_CHOICE = 4096;           // characters, of a palette or the path of its file
+const double MAX_DEPTH = 11000.0;      // m
+const double MAX_PLANNED_SPEED = 60.0; // kn
+const double MIN_SPAN = 1.0;           // s
 const double MAX_SPAN = 86400.0;
 
 const char GEOMETRY[] = "window/geometry";
@@ -18,6 +20,9 @@ const char DEPTH_PALETTE[] = "charts/depthPalette";
 const char TIME_SPAN[] = "charts/timeSpan";
 const char SONAR_PALETTE[] = "sonar/palette";
 const char COORD_FORMAT[] = "survey/notation";
+const char ALARM_DEPTH[] = "depth/alarm";
+const char PLANNED_SPEED[] = "speed/planned";
+const char THEME[] = "window/theme";
 const char SPEED[] = "replay/speed";
 
 // In the order of latLonEditor_t::coordFormat_t.
@@ -68,9 +73,14 @@ consoleState_t readState(const QSettings& settings)
     int format = state.coordFormat;
     readName(settings, COORD_FORMAT, formatNames(), &format);
     state.coordFormat = static_cast<latLonEditor_t::coordFormat_t>(format);
+    int theme = state.theme;
+    readName(settings, THEME, theme::names(), &theme);
+    state.theme = static_cast<theme::name_t>(theme);
     readChoice(settings, DEPTH_PALETTE, &state.depthPalette);
     readChoice(settings, SONAR_PALETTE, &state.sonarPalette);
     readNumber(settings, SPEED, replayClock_t::MIN_SPEED, replayClock_t::MAX_SPEED, &state.speed);
+    readNumber(settings, ALARM_DEPTH, 0.0, MAX_DEPTH, &state.alarmDepth);
+    readNumber(settings, PLANNED_SPEED, 0.0, MAX_PLANNED_SPEED, &state.plannedSpeed);
     readNumber(settings, TIME_SPAN, MIN_SPAN, MAX_SPAN, &state.timeSpan);
     return state;
 }
@@ -82,6 +92,9 @@ void writeState(const consoleState_t& state, QSettings* settings)
     settings->setValue(QLatin1String(COORD_FORMAT), formatNames().at(state.coordFormat));
     settings->setValue(QLatin1String(DEPTH_PALETTE), state.depthPalette);
     settings->setValue(QLatin1String(SONAR_PALETTE), state.sonarPalette);
+    settings->setValue(QLatin1String(ALARM_DEPTH), state.alarmDepth);
+    settings->setValue(QLatin1String(PLANNED_SPEED), state.plannedSpeed);
+    settings->setValue(QLatin1String(THEME), theme::names().at(state.theme));
     settings->setValue(QLatin1String(SPEED), state.speed);
     settings->setValue(QLatin1String(TIME_SPAN), state.timeSpan);
 }

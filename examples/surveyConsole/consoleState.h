@@ -1,7 +1,10 @@
 #pragma once
 #include "chartPanel.h"
+#include "depthPanel.h"
 #include "latLonEditor.h"
 #include "replayClock.h"
+#include "speedPanel.h"
+#include "theme.h"
 
 #include <QByteArray>
 #include <QString>
@@ -29,7 +32,10 @@ struct consoleState_t
     QString depthPalette = QStringLiteral("bathy");    ///< as paletteChooser_t::choice() says it
     QString sonarPalette = QStringLiteral("sidescan"); ///< as sonarPanel_t::paletteChoice() does
     zorbin_qt_gui::latLonEditor_t::coordFormat_t coordFormat = zorbin_qt_gui::latLonEditor_t::CF_DM;
-    double speed = replayClock_t::MIN_SPEED;      ///< of the replay, times real time
+    double speed = replayClock_t::MIN_SPEED;                   ///< of the replay, times real time
+    double alarmDepth = depthPanel_t::DEFAULT_ALARM_DEPTH;     ///< m
+    double plannedSpeed = speedPanel_t::DEFAULT_PLANNED_SPEED; ///< kn
+    theme::name_t theme = theme::THEME_DARK;
     double timeSpan = chartPanel_t::DEFAULT_SPAN; ///< s, of the charts
 };
 

@@ -61,7 +61,16 @@ valueRange_t roundRange(const std::vector<sample_t>& samples, double minSpan)
 
 QColor visibleOnChart(const QColor& color)
 {
-    const double wanted = MIN_CONTRAST * (luminance(theme::chart()) + 0.05) - 0.05;
+    const double chart = luminance(theme::chart());
+    if (chart > 0.5) { // a light one
+        const double most = (chart + 0.05) / MIN_CONTRAST - 0.05;
+        const double share = std::min(most / std::max(luminance(color), most), 1.0);
+        const auto darkened = [share](double channel) {
+            return static_cast<int>(std::floor(255.0 * encoded(share * linear(channel))));
+        };
+        return {darkened(color.redF()), darkened(color.greenF()), darkened(color.blueF())};
+    }
+    const double wanted = MIN_CONTRAST * (chart + 0.05) - 0.05;
     const double own = luminance(color);
     if (own >= wanted)
         return color;

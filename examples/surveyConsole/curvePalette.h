@@ -24,8 +24,8 @@ struct valueRange_t
 /// same colour from the line's start to its end.
 valueRange_t roundRange(const std::vector<sample_t>& samples, double minSpan);
 
-/// \p color, mixed with as much white as it takes to be seen on a chart: a contrast of 3 to 1 with
-/// theme::chart(). A colour that has it already comes back as it is.
+/// \p color, mixed with as much white, on a light chart black, as it takes to be seen there: a
+/// contrast of 3 to 1 with theme::chart(). A colour that has it already comes back as it is.
 QColor visibleOnChart(const QColor& color);
 
 /// A palette whose table is that of \p palette, each entry visibleOnChart().

@@ -61,6 +61,16 @@ depthPanel_t::depthPanel_t(const recording_t& recording, QWidget* parent)
     layout->setColumnStretch(1, 1);
 }
 
+double depthPanel_t::alarmDepth() const
+{
+    return m_alarmBox->value();
+}
+
+void depthPanel_t::setAlarmDepth(double depth)
+{
+    m_alarmBox->setValue(depth);
+}
+
 void depthPanel_t::showTime(double time_)
 {
     m_time = time_;

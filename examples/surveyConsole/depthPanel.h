@@ -23,6 +23,10 @@ public:
     /// Copies the soundings from \p recording.
     explicit depthPanel_t(const recording_t& recording, QWidget* parent = nullptr);
 
+    /// The depth at which the alarm begins, in m.
+    double alarmDepth() const;
+    void setAlarmDepth(double depth);
+
     /// Whether the alarm is on.
     bool isAlarmed() const { return m_isAlarmed; }
     /// What the read-out says.

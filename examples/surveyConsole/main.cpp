@@ -32,6 +32,7 @@ namespace {
 const int EXIT_BAD_USAGE = 2;
 const double MAX_DURATION = 86400.0;     // s
 const double SCREENSHOT_STRETCH = 420.0; // s of the recording
+const int MAX_SIZE = 8192;               // px
 const int SCREENSHOT_FRAMES = 60;
 
 struct options_t
@@ -41,6 +42,8 @@ struct options_t
     std::optional<page_t> page; // at first; none: as it was last time, as the speed
     QString backEnd;            // of the strip charts; empty: as the library chooses
     std::optional<double> speed;
+    std::optional<theme::name_t> theme;
+    QSize size;            // of the window; empty: as it was last time
     double duration = 0.0; // s; 0.0: until closed
     QString screenshot;
     QString settings; // file; empty: the user's own
@@ -70,6 +73,20 @@ bool readNumber(const QCommandLineParser& parser, const QCommandLineOption& opti
     return true;
 }
 
+// False, after a message, unless the text is a size that a window may have.
+bool readSize(const QString& text, QSize* size)
+{
+    const QStringList parts = text.split(QLatin1Char('x'));
+    *size = parts.size() == 2 ? QSize(parts[0].toInt(), parts[1].toInt()) : QSize();
+    if (size->isEmpty() || size->width() > MAX_SIZE || size->height() > MAX_SIZE) {
+        complain(QStringLiteral("--size takes WIDTHxHEIGHT, each up to %1, not '%2'")
+                     .arg(MAX_SIZE)
+                     .arg(text));
+        return false;
+    }
+    return true;
+}
+
 // Ends the program for --help; false, after a message, for options that are wrong.
 bool readOptions(options_t* options)
 {
@@ -92,6 +109,12 @@ bool readOptions(options_t* options)
     const QCommandLineOption page(QStringLiteral("page"),
                                   QStringLiteral("Show PAGE first: charts, sonar or survey."),
                                   QStringLiteral("PAGE"));
+    const QCommandLineOption themeOption(QStringLiteral("theme"),
+                                         QStringLiteral("Show everything in THEME: dark or light."),
+                                         QStringLiteral("THEME"));
+    const QCommandLineOption size(QStringLiteral("size"),
+                                  QStringLiteral("Make the window WIDTHxHEIGHT pixels large."),
+                                  QStringLiteral("WIDTHxHEIGHT"));
     const QCommandLineOption backEnd(
         QStringLiteral("back-end"),
         QStringLiteral("Draw strip charts by BACKEND: simple (QPainter) or gl (OpenGL)."),
@@ -112,7 +135,8 @@ bool readOptions(options_t* options)
         QStringLiteral("Keep the window's state in FILE instead of the user's settings."),
         QStringLiteral("FILE"));
     const QCommandLineOption help = parser.addHelpOption();
-    parser.addOptions({recording, sonar, page, backEnd, speed, duration, screenshot, settings});
+    parser.addOptions({recording, sonar, page, backEnd, speed, duration, screenshot, settings,
+                       themeOption, size});
     if (!parser.parse(QCoreApplication::arguments())) {
         complain(parser.errorText());
         return false;
@@ -133,6 +157,17 @@ bool readOptions(options_t* options)
         }
         options->page = static_cast<page_t>(index);
     }
+    if (parser.isSet(themeOption)) {
+        const auto index = theme::names().indexOf(parser.value(themeOption));
+        if (index < 0) {
+            complain(QStringLiteral("--theme takes dark or light, not '%1'")
+                         .arg(parser.value(themeOption)));
+            return false;
+        }
+        options->theme = static_cast<theme::name_t>(index);
+    }
+    if (parser.isSet(size) && !readSize(parser.value(size), &options->size))
+        return false;
     if (parser.isSet(backEnd) && options->backEnd != QStringLiteral("simple") &&
         options->backEnd != QStringLiteral("gl")) {
         complain(QStringLiteral("--back-end takes simple or gl, not '%1'").arg(options->backEnd));
@@ -201,6 +236,7 @@ consoleState_t firstState(const options_t& options)
         state = readState(*openSettings(options.settings));
     state.page = options.page.value_or(state.page);
     state.speed = options.speed.value_or(state.speed);
+    state.theme = options.theme.value_or(state.theme);
     return state;
 }
 
@@ -254,6 +290,8 @@ int main(int argc, char* argv[])
     setResourceDirectory();
     if (!options.backEnd.isEmpty()) // looked at when the first chart or curve is made
         qputenv("ZORBIN_QT_STRIPCHART_TYPE", options.backEnd.toLatin1());
+    const consoleState_t start = firstState(options);
+    theme::choose(start.theme);
     theme::apply(&application);
     const bool isForPicture = !options.screenshot.isEmpty();
     QElapsedTimer elapsed;
@@ -271,7 +309,9 @@ int main(int argc, char* argv[])
         next->addSurvey();
         next->recordings()->addFiles(window ? window->recordings()->files() : options.recordings);
         next->recordings()->showReplayed(path);
-        next->restore(window ? window->state() : firstState(options));
+        next->restore(window ? window->state() : start);
+        if (!window && !options.size.isEmpty())
+            next->resize(options.size);
         QObject::connect(
             next.get(), &mainWindow_t::recordingChosen, &application,
             [&replay](const QString& chosen, const std::shared_ptr<readResult_t>& chosenLine) {
@@ -279,6 +319,18 @@ int main(int argc, char* argv[])
                 QTimer::singleShot(
                     0, [&replay, chosen, chosenLine] { replay(chosen, std::move(*chosenLine)); });
             });
+        QObject::connect(next.get(), &mainWindow_t::themeChosen, &application,
+                         [&, path](theme::name_t theme) {
+                             QTimer::singleShot(0, [&, path, theme] {
+                                 const double time = window->clock()->time();
+                                 const bool isRunning = window->clock()->isRunning();
+                                 theme::choose(theme);
+                                 theme::apply(&application);
+                                 replay(path, window->line());
+                                 window->clock()->seek(time);
+                                 window->clock()->setRunning(isRunning);
+                             });
+                         });
         next->show();
         next->clock()->setRunning(true);
         window = std::move(next);

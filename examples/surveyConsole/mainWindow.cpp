@@ -99,7 +99,8 @@ std::vector<chartPanelSetup_t> panelSetups()
 
 mainWindow_t::mainWindow_t(const QString& lineName, readResult_t line,
                            std::function<double()> realTime, QWidget* parent)
-    : QWidget(parent), m_recording(std::move(line.recording)), m_clock(realTime),
+    : QWidget(parent), m_recording(std::move(line.recording)), m_counts(line.counts),
+      m_clock(realTime),
       m_navigationPanel(new navigationPanel_t(lineName, line.counts, m_recording)),
       m_controls(new replayControls_t(&m_clock)), m_lineName(lineName),
       m_notifier(new zorbin_qt_gui::notifierWidget_t),
@@ -197,10 +198,12 @@ QWidget* mainWindow_t::makeInstruments()
         layout->addWidget(panel, stretch);
         letFollow(panel);
     };
-    add(new depthPanel_t(m_recording), 0);
+    m_depthPanel = new depthPanel_t(m_recording);
+    m_speedPanel = new speedPanel_t(m_recording);
+    add(m_depthPanel, 0);
     add(new statusLamps_t(m_recording), 0);
     add(new trackPanel_t(m_recording), 0);
-    add(new speedPanel_t(m_recording), 1);
+    add(m_speedPanel, 1);
     return instruments;
 }
 
@@ -210,6 +213,9 @@ void mainWindow_t::makeMenu()
     menu->setToolTipsVisible(true);
     addAction(menu, tr("Open recording\u2026"), QKeySequence::Open, &mainWindow_t::openFileDialog);
     menu->addSeparator();
+    addAction(menu,
+              theme::chosen() == theme::THEME_LIGHT ? tr("Dark colours") : tr("Light colours"),
+              QKeySequence(Qt::CTRL | Qt::Key_L), &mainWindow_t::toggleTheme);
     addAction(menu, tr("Full screen"), Qt::Key_F11, &mainWindow_t::toggleFullScreen);
     menu->addSeparator();
     addAction(menu, tr("Keyboard\u2026"), QKeySequence(Qt::CTRL | Qt::Key_H),
@@ -232,6 +238,12 @@ void mainWindow_t::addAction(QMenu* menu, const QString& text, const QKeySequenc
 void mainWindow_t::quit()
 {
     QApplication::quit();
+}
+
+void mainWindow_t::toggleTheme()
+{
+    Q_EMIT themeChosen(theme::chosen() == theme::THEME_LIGHT ? theme::THEME_DARK
+                                                             : theme::THEME_LIGHT);
 }
 
 void mainWindow_t::toggleFullScreen()
@@ -384,6 +396,9 @@ consoleState_t mainWindow_t::state() const
         state.sonarPalette = m_sonarPanel->paletteChoice();
     if (m_positionPanel)
         state.coordFormat = m_positionPanel->format();
+    state.alarmDepth = m_depthPanel->alarmDepth();
+    state.plannedSpeed = m_speedPanel->plannedSpeed();
+    state.theme = theme::chosen();
     state.speed = m_clock.speed();
     state.timeSpan = m_controls->timeSpan();
     return state;
@@ -412,6 +427,8 @@ void mainWindow_t::restore(const consoleState_t& state)
         m_sonarPanel->choosePaletteAgain(state.sonarPalette);
     if (m_positionPanel)
         m_positionPanel->chooseFormat(state.coordFormat);
+    m_depthPanel->setAlarmDepth(state.alarmDepth);
+    m_speedPanel->setPlannedSpeed(state.plannedSpeed);
     m_clock.setSpeed(state.speed);
     m_controls->setTimeSpan(state.timeSpan);
 }

@@ -21,12 +21,14 @@ class notifierWidget_t;
 
 namespace survey_console {
 class chartPanel_t;
+class depthPanel_t;
 class navigationPanel_t;
 class notices_t;
 class positionPanel_t;
 class recordingsPanel_t;
 class replayControls_t;
 class sonarPanel_t;
+class speedPanel_t;
 
 /// The console: the survey line's charts with their time axes and instruments to be read at a
 /// glance, above them the time and position, below them the replay's controls. A sonar record has a
@@ -58,6 +60,9 @@ public:
     sonarPanel_t* sonarPanel() const { return m_sonarPanel; }
     notices_t* notices() const { return m_notices; }
 
+    /// The recording that is replayed, a copy.
+    readResult_t line() const { return {m_recording, m_counts, QString()}; }
+
     /// What is to be kept for another window or another run.
     consoleState_t state() const;
     /// Takes over what was kept, once all pages are there and before the window is shown. What
@@ -80,6 +85,8 @@ public:
 Q_SIGNALS:
     /// The user wants to replay the recording read from \p path_.
     void recordingChosen(const QString& path_, std::shared_ptr<readResult_t> line_);
+    /// The user wants the window in other colours, which takes a new one.
+    void themeChosen(theme::name_t theme_);
 
 private:
     QWidget* makeChartPage();
@@ -102,16 +109,20 @@ private:
     void showShortcuts();
     void followData();
     void toggleFullScreen();
+    void toggleTheme();
     void quit();
     void dismissNewest();
     void showReplay();
 
     const recording_t m_recording;
+    const lineCounts_t m_counts;
     sonarRecord_t m_sonarRecord;
     replayClock_t m_clock;
     QTimer m_frameTimer;
     navigationPanel_t* m_navigationPanel;
     replayControls_t* m_controls;
+    depthPanel_t* m_depthPanel = nullptr;
+    speedPanel_t* m_speedPanel = nullptr;
     std::vector<chartPanel_t*> m_chartPanels;
     QString m_lineName;
     zorbin_qt_gui::notifierWidget_t* m_notifier;

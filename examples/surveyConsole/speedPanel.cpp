@@ -96,6 +96,16 @@ speedPanel_t::speedPanel_t(const recording_t& recording, QWidget* parent)
     layout->setColumnStretch(2, 1);
 }
 
+double speedPanel_t::plannedSpeed() const
+{
+    return m_plannedBox->value();
+}
+
+void speedPanel_t::setPlannedSpeed(double speed)
+{
+    m_plannedBox->setValue(speed);
+}
+
 void speedPanel_t::showTime(double time_)
 {
     const sample_t* newest = newestAt(m_speeds, time_);

@@ -26,6 +26,10 @@ public:
     /// Copies the speeds from \p recording.
     explicit speedPanel_t(const recording_t& recording, QWidget* parent = nullptr);
 
+    /// The planned speed in kn, limited to the gauge's scale.
+    double plannedSpeed() const;
+    void setPlannedSpeed(double speed);
+
 public Q_SLOTS:
     /// Shows the speed at \p time_, in seconds.
     void showTime(double time_);

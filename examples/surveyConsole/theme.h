@@ -1,63 +1,98 @@
 #pragma once
 #include <QColor>
+#include <QStringList>
 
 class QApplication;
 class QWidget;
 
-/// Colours of the console: quiet on dark for a dim bridge, told apart by the colour-blind, too.
+/// Colours of the console, told apart by the colour-blind, too: quiet on dark for a dim bridge, at
+/// first, or dark on light for daylight. Widgets take them when they are made.
 namespace survey_console::theme {
+
+enum name_t
+{
+    THEME_DARK,
+    THEME_LIGHT
+};
+
+/// The themes' names in settings and on the command line, in their order.
+QStringList names();
+
+/// Takes the colours of a theme from now on.
+void choose(name_t name);
+name_t chosen();
+
+struct colors_t
+{
+    QColor window;
+    QColor panel;
+    QColor chart;
+    QColor frame;
+    QColor text;
+    QColor quietText;
+    QColor accent;
+    QColor firstCurve;
+    QColor secondCurve;
+    QColor zeroLine; ///< lets a curve below it show
+    QColor running;
+    QColor paused;
+    QColor alarm;
+};
+
+/// Those of the chosen theme.
+const colors_t& colors();
 
 inline QColor window()
 {
-    return {0x15, 0x1d, 0x25};
+    return colors().window;
 }
 inline QColor panel()
 {
-    return {0x1d, 0x28, 0x32};
+    return colors().panel;
 }
 inline QColor chart()
 {
-    return {0x0c, 0x13, 0x19};
+    return colors().chart;
 }
 inline QColor frame()
 {
-    return {0x33, 0x43, 0x51};
+    return colors().frame;
 }
 inline QColor text()
 {
-    return {0xdd, 0xe6, 0xec};
+    return colors().text;
 }
 inline QColor quietText()
 {
-    return {0x8f, 0xa3, 0xb2};
+    return colors().quietText;
 }
 inline QColor accent()
 {
-    return {0x2f, 0x7f, 0xa8};
+    return colors().accent;
 }
 inline QColor firstCurve()
 {
-    return {0x62, 0xc6, 0xe6};
+    return colors().firstCurve;
 }
 inline QColor secondCurve()
 {
-    return {0xf0, 0xb0, 0x52};
+    return colors().secondCurve;
 }
 inline QColor zeroLine()
 {
-    return {0x8f, 0xa3, 0xb2, 0x60};
-} // lets a curve below it show
+    return colors().zeroLine;
+}
 inline QColor running()
 {
-    return {0x7c, 0xcf, 0x9a};
+    return colors().running;
 }
 inline QColor paused()
 {
-    return {0xf0, 0xb0, 0x52};
+    return colors().paused;
 }
 inline QColor alarm()
 {
-    return {0xf2, 0x6b, 0x5e};
+    return colors().alarm;
 }
 
 /// Makes \p application look so.
