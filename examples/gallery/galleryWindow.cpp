@@ -45,7 +45,7 @@ galleryWindow_t::galleryWindow_t(QWidget* parent)
     splitter->addWidget(m_source);
     splitter->setStretchFactor(1, 1);
     splitter->setStretchFactor(2, 1);
-    splitter->setSizes({170, 600, 730});
+    splitter->setSizes({185, 825, 700});
     (new QHBoxLayout(this))->addWidget(splitter);
 
     for (const page_t& page : pages())
@@ -69,7 +69,9 @@ bool galleryWindow_t::choosePage(const QString& name)
 void galleryWindow_t::showPage(const page_t& page)
 {
     m_title->setText(QString::fromUtf8(page.title));
-    m_page->setWidget(page.make()); // deletes the one before
+    QWidget* const widget = page.make();
+    widget->setMaximumHeight(2 * page.pictureSize.height()); // further apart it would look odd
+    m_page->setWidget(widget);                               // deletes the one before
     m_source->setPlainText(sourceOf(page));
 }
 

@@ -45,7 +45,7 @@ int main(int argc, char* argv[])
         std::fputs("\n", stderr);
         return EXIT_FAILURE;
     }
-    window.resize(1500, 800);
+    window.resize(1740, 800);
     window.show();
     return QApplication::exec();
 }

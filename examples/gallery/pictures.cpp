@@ -81,7 +81,7 @@ bool savePictures(const QString& directory)
             return false;
     }
     galleryWindow_t window;
-    window.resize(1500, 800);
+    window.resize(1740, 800);
     return save(&window, target.filePath(QStringLiteral("gallery.png")));
 }
 

@@ -59,7 +59,7 @@ QWidget* makeFramedPlot(Qt::Orientation textOrientation)
     auto* plot = new QFrame;
     plot->setAutoFillBackground(true);
     plot->setBackgroundRole(QPalette::Base);
-    plot->setMinimumSize(320, 180);
+    plot->setMinimumSize(240, 180);
     layout->addWidget(plot, 1, 1);
     const struct
     {

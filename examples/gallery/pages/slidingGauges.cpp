@@ -84,6 +84,7 @@ QWidget* makeSlidingGauges()
         }
     }
     flat->setColumnStretch(1, 1);
+    flat->setRowStretch(flat->rowCount(), 1);
     auto* layout = new QHBoxLayout(page);
     layout->setSpacing(24);
     layout->addLayout(upright, 2);

@@ -22,7 +22,7 @@ public:
     swatch_t(const QString& title, QWidget* parent) : QWidget(parent), m_title(title)
     {
         setObjectName(QStringLiteral("swatch"));
-        setMinimumSize(420, 204);
+        setMinimumSize(380, 204);
     }
 
     // Says so in its title if the palette isn't installed; its colours are black then.
@@ -85,8 +85,8 @@ private:
         const int step = area.width() / 5;
         const int baseline = area.top() + 26;
         painter->setPen(keyed("text"));
-        painter->drawText(area.left() + 12, baseline, QStringLiteral("text 42.0 m"));
-        painter->fillRect(area.left() + step, area.top() + 10, step - 24, 22, keyed("noData"));
+        painter->drawText(area.left() + 12, baseline, QStringLiteral("text"));
+        painter->fillRect(area.left() + step, area.top() + 10, step - 16, 22, keyed("noData"));
         painter->drawText(area.left() + step + 8, baseline, QStringLiteral("noData"));
         painter->drawText(area.left() + 2 * step, baseline, QStringLiteral("grid"));
 

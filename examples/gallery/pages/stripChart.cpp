@@ -73,6 +73,7 @@ QWidget* makeStripChart()
     depths->axisLocation(ruler_t::LEFT);
     auto* const times = new ruler_t;
     times->axisLocation(ruler_t::BOTTOM);
+    times->tickTable({{1.0, 10}, {2.0, 4}}, 10.0);
     QObject::connect(chart, &stripChart_t::valueBoundsChanged, depths, &ruler_t::range);
     QObject::connect(chart, &stripChart_t::timeBoundsChanged, times, &ruler_t::range);
     QObject::connect(chart, &stripChart_t::mousePos, page, [=](double time, double value) {
