@@ -147,7 +147,7 @@ void tst_consoleKeys::everyControlHasAToolTip()
     QVERIFY(console.isReady());
     console.window.notices()->show(QStringLiteral("test"));
     console.window.openRecording(EXAMPLE_DATA "/plaka-sailing/plaka-10min.log");
-    QVERIFY(console.find<QPushButton>("replayButton"));
+    QTRY_VERIFY(console.find<QPushButton>("replayButton"));
     int controls = 0;
     for (const QWidget* widget : console.window.findChildren<QWidget*>()) {
         if (widget->window() != &console.window || !isControl(widget))
@@ -262,7 +262,7 @@ void tst_consoleKeys::answersCancelByEscape()
     QVERIFY(console.isReady());
     console.window.notices()->show(QStringLiteral("stays"));
     console.window.openRecording(EXAMPLE_DATA "/plaka-sailing/plaka-10min.log");
-    QVERIFY(console.find<QWidget>("openPrompt"));
+    QTRY_VERIFY(console.find<QWidget>("openPrompt"));
     console.press(Qt::Key_Escape);
     QTRY_VERIFY(!console.find<QWidget>("openPrompt"));
     QCOMPARE(console.window.notices()->texts(), QStringList{"stays"});

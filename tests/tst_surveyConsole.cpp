@@ -898,8 +898,8 @@ void tst_surveyConsole::asksBeforeItReplaysAnother()
             });
     console.window.openRecording(SHIP);
     QCOMPARE(chosen, QString());
+    QTRY_VERIFY(console.find<QWidget>("openPrompt"));
     auto* prompt = console.find<QWidget>("openPrompt");
-    QVERIFY(prompt);
     QTRY_VERIFY(prompt->isVisible());
     QCOMPARE(prompt->findChild<QLabel*>()->text(),
              QStringLiteral("Replay underway-10min.log (0:10:24) in place of test line?"));
@@ -918,7 +918,7 @@ void tst_surveyConsole::goesOnWhenTheUserThinksBetter()
     console.window.openRecording(SHIP);
     console.window.openRecording(BOAT); // the one question takes the place of the other
     QTRY_COMPARE(console.window.findChildren<QWidget*>("openPrompt").size(), 1);
-    console.find<QPushButton>("cancelButton")->click();
+    console.find<QWidget>("openPrompt")->findChild<QPushButton*>("cancelButton")->click();
     QTRY_VERIFY(!console.find<QWidget>("openPrompt"));
     QVERIFY(!isChosen);
 }
@@ -948,8 +948,8 @@ void tst_surveyConsole::replaysFromTheList()
     auto* list = console.find<QListWidget>("recordingList");
     QTest::keyClick(list, Qt::Key_Down);
     QTest::keyClick(list, Qt::Key_Return);
+    QTRY_VERIFY(console.find<QWidget>("openPrompt"));
     auto* prompt = console.find<QWidget>("openPrompt");
-    QVERIFY(prompt);
     QTRY_VERIFY(prompt->isVisible());
     QCOMPARE(chosen, QString()); // asks first
     prompt->findChild<QPushButton*>("replayButton")->click();

@@ -9,6 +9,7 @@
 #include "notifierWidget.h"
 #include "paletteChooser.h"
 #include "positionPanel.h"
+#include "recordingLoader.h"
 #include "recordingsPanel.h"
 #include "replayControls.h"
 #include "sonarPanel.h"
@@ -31,6 +32,7 @@
 #include <QKeySequence>
 #include <QMenu>
 #include <QMessageBox>
+#include <QProgressBar>
 #include <QPushButton>
 #include <QScreen>
 #include <QShortcut>
@@ -265,20 +267,72 @@ void mainWindow_t::openFileDialog()
 
 void mainWindow_t::openRecording(const QString& path)
 {
-    auto line = std::make_shared<readResult_t>(readRecording(path));
-    if (line->error.isEmpty())
-        askToReplay(path, std::move(line));
-    else
-        m_notices->show(line->error);
+    closePrompt(); // the user has thought better of it
+    m_loader = new recordingLoader_t(path, this);
+    connect(m_loader, &recordingLoader_t::finished, this,
+            [this, path](const std::shared_ptr<readResult_t>& line) {
+                closePrompt();
+                if (line->error.isEmpty())
+                    askToReplay(path, line);
+                else
+                    m_notices->show(line->error);
+            });
+    m_loader->start();
+    if (m_loader) // it hasn't finished at once
+        showLoading(path);
+}
+
+// Ends what it was about, too.
+void mainWindow_t::closePrompt()
+{
+    if (m_loader) {
+        m_loader->disconnect(this);
+        m_loader->deleteLater();
+        m_loader = nullptr;
+    }
+    if (m_prompt) {
+        m_notifier->dismissPrompt(m_prompt);
+        m_prompt->deleteLater();
+        m_prompt = nullptr;
+    }
+}
+
+void mainWindow_t::showLoading(const QString& path)
+{
+    m_prompt = makePrompt("loadingPrompt");
+    auto* name = makeLabel(theme::text(), 1.1, Qt::AlignLeft | Qt::AlignVCenter);
+    name->setTextFormat(Qt::PlainText);
+    name->setText(tr("Reading %1").arg(QFileInfo(path).fileName()));
+    auto* bar = new QProgressBar;
+    bar->setObjectName(QStringLiteral("loadingBar"));
+    bar->setRange(0, 100); // per cent
+    bar->setToolTip(tr("How much of the recording is read"));
+    auto* cancel = new QPushButton(tr("Cancel"));
+    cancel->setObjectName(QStringLiteral("cancelButton"));
+    cancel->setToolTip(tr("Don't read it (Esc)"));
+    m_prompt->layout()->addWidget(name);
+    m_prompt->layout()->addWidget(bar);
+    m_prompt->layout()->addWidget(cancel);
+    connect(m_loader, &recordingLoader_t::progressed, bar,
+            [bar](double share) { bar->setValue(static_cast<int>(share * 100.0)); });
+    connect(cancel, &QPushButton::clicked, this, &mainWindow_t::closePrompt);
+    m_notifier->showPrompt(m_prompt);
+    cancel->setFocus();
+}
+
+QWidget* mainWindow_t::makePrompt(const char* objectName)
+{
+    auto* prompt = new QWidget;
+    prompt->setObjectName(QString::fromLatin1(objectName));
+    setBackground(prompt, theme::frame());
+    auto* layout = new QHBoxLayout(prompt);
+    layout->setContentsMargins(12, 6, 8, 6);
+    return prompt;
 }
 
 void mainWindow_t::askToReplay(const QString& path, std::shared_ptr<readResult_t> line)
 {
-    if (m_prompt)
-        m_prompt->deleteLater(); // the user has thought better of it
-    m_prompt = new QWidget;
-    m_prompt->setObjectName(QStringLiteral("openPrompt"));
-    setBackground(m_prompt, theme::frame());
+    m_prompt = makePrompt("openPrompt");
     auto* question = makeLabel(theme::text(), 1.1, Qt::AlignLeft | Qt::AlignVCenter);
     question->setTextFormat(Qt::PlainText);
     const recording_t& recording = line->recording;
@@ -292,18 +346,13 @@ void mainWindow_t::askToReplay(const QString& path, std::shared_ptr<readResult_t
     auto* cancel = new QPushButton(tr("Cancel"));
     cancel->setToolTip(tr("Go on with this one (Esc)"));
     cancel->setObjectName(QStringLiteral("cancelButton"));
-    auto* layout = new QHBoxLayout(m_prompt);
-    layout->setContentsMargins(12, 6, 8, 6);
+    auto* layout = static_cast<QHBoxLayout*>(m_prompt->layout());
     layout->addWidget(question, 1);
     layout->addWidget(replay);
     layout->addWidget(cancel);
-    const auto close = [this] {
-        m_notifier->dismissPrompt(m_prompt);
-        m_prompt->deleteLater();
-    };
-    connect(cancel, &QPushButton::clicked, m_prompt, close);
-    connect(replay, &QPushButton::clicked, m_prompt, [this, close, path, line] {
-        close();
+    connect(cancel, &QPushButton::clicked, this, &mainWindow_t::closePrompt);
+    connect(replay, &QPushButton::clicked, this, [this, path, line] {
+        closePrompt();
         Q_EMIT recordingChosen(path, line);
     });
     m_notifier->showPrompt(m_prompt);

@@ -25,6 +25,7 @@ class depthPanel_t;
 class navigationPanel_t;
 class notices_t;
 class positionPanel_t;
+class recordingLoader_t;
 class recordingsPanel_t;
 class replayControls_t;
 class sonarPanel_t;
@@ -70,7 +71,8 @@ public:
     void restore(const consoleState_t& state);
 
     /// Reads another recording and asks the user whether to replay it in place of this one. If it
-    /// can't be read, a notice says why.
+    /// can't be read, a notice says why. While a long one is read the replay goes on, and the user
+    /// sees how far the reading is and can cancel it.
     void openRecording(const QString& path);
 
     bool eventFilter(QObject* watched, QEvent* event) override;
@@ -97,6 +99,9 @@ private:
     void letFollow(panel_t* panel);
     void makeMenu();
     void openFileDialog();
+    void showLoading(const QString& path);
+    void closePrompt();
+    QWidget* makePrompt(const char* objectName);
     void askToReplay(const QString& path, std::shared_ptr<readResult_t> line);
     void showAbout();
     void restorePlace(const QByteArray& geometry);
@@ -127,7 +132,8 @@ private:
     QString m_lineName;
     zorbin_qt_gui::notifierWidget_t* m_notifier;
     notices_t* m_notices;
-    QPointer<QWidget> m_prompt; // while the user is asked
+    QPointer<QWidget> m_prompt;           // while the user is asked, or shown how far the loader is
+    QPointer<recordingLoader_t> m_loader; // while it reads
     QStackedWidget* m_pages;
     sonarPanel_t* m_sonarPanel = nullptr;       // until there is a record
     positionPanel_t* m_positionPanel = nullptr; // until there is a survey, as the next

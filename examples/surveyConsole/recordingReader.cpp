@@ -6,6 +6,7 @@
 #include <QGeoPositionInfo>
 #include <QNmeaPositionInfoSource>
 #include <cmath>
+#include <limits>
 #include <optional>
 
 namespace survey_console {
@@ -120,20 +121,25 @@ void recordingReader_t::addLine(const QByteArray& line)
 
 void recordingReader_t::addLines(QIODevice* device)
 {
-    while (!device->atEnd()) {
+    while (addLines(device, std::numeric_limits<int>::max()))
+        continue;
+}
+
+bool recordingReader_t::addLines(QIODevice* device, int count)
+{
+    for (; count > 0 && !device->atEnd(); --count) {
         const QByteArray line = device->readLine(MAX_LINE);
         if (line.isEmpty())
-            return; // a read error
-        addLine(line);
-        if (line.endsWith('\n'))
-            continue;
+            return false; // a read error
         // The rest of an overlong line belongs to the line that was just counted as bad.
-        while (!device->atEnd()) {
-            const QByteArray rest = device->readLine(MAX_LINE);
-            if (rest.isEmpty() || rest.endsWith('\n'))
-                break;
-        }
+        if (!m_isWithinLine)
+            addLine(line);
+        m_isWithinLine = !line.endsWith('\n');
     }
+    if (!device->atEnd())
+        return true;
+    m_isWithinLine = false;
+    return false;
 }
 
 recording_t recordingReader_t::takeRecording()
@@ -280,37 +286,48 @@ QStringList recordingNameFilters()
     return {QStringLiteral("*.log"), QStringLiteral("*.nmea"), QStringLiteral("*.txt")};
 }
 
-readResult_t readRecording(const QString& path)
+QString openRecordingFile(const QString& path, QFile* file)
+{
+    const QFileInfo info(path);
+    if (info.exists() && !info.isFile()) // a pipe would be waited for, a device may never end
+        return QStringLiteral("'%1' is not a regular file").arg(path);
+    file->setFileName(path);
+    if (!file->open(QIODevice::ReadOnly))
+        return QStringLiteral("cannot open '%1': %2").arg(path, file->errorString());
+    if (file->size() == 0)
+        return QStringLiteral("'%1' is empty").arg(path);
+    return {};
+}
+
+readResult_t takeResult(const QString& path, const QFile& file, recordingReader_t* reader)
 {
     readResult_t result;
-    const QFileInfo info(path);
-    if (info.exists() && !info.isFile()) { // a pipe would be waited for, a device may never end
-        result.error = QStringLiteral("'%1' is not a regular file").arg(path);
-        return result;
-    }
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly)) {
-        result.error = QStringLiteral("cannot open '%1': %2").arg(path, file.errorString());
-        return result;
-    }
-    if (file.size() == 0) {
-        result.error = QStringLiteral("'%1' is empty").arg(path);
-        return result;
-    }
-    recordingReader_t reader;
-    reader.addLines(&file);
-    result.counts = reader.counts();
+    result.counts = reader->counts();
     if (file.error() != QFileDevice::NoError) {
         result.error = QStringLiteral("cannot read '%1': %2").arg(path, file.errorString());
         return result;
     }
-    result.recording = reader.takeRecording();
+    result.recording = reader->takeRecording();
     if (result.recording.isEmpty())
         result.error = QStringLiteral("'%1' holds nothing to replay: %2 lines, %3 of them damaged")
                            .arg(path)
                            .arg(result.counts.lines)
                            .arg(result.counts.bad);
     return result;
+}
+
+readResult_t readRecording(const QString& path)
+{
+    QFile file;
+    const QString error = openRecordingFile(path, &file);
+    if (!error.isEmpty()) {
+        readResult_t result;
+        result.error = error;
+        return result;
+    }
+    recordingReader_t reader;
+    reader.addLines(&file);
+    return takeResult(path, file, &reader);
 }
 
 } // namespace survey_console

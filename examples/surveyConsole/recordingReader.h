@@ -5,6 +5,7 @@
 #include <QString>
 #include <memory>
 
+class QFile;
 class QIODevice;
 
 namespace survey_console {
@@ -38,6 +39,8 @@ public:
     void addLine(const QByteArray& line);
     /// Reads what \p device, open for reading, still holds.
     void addLines(QIODevice* device);
+    /// Reads about \p count lines of it. Returns whether it holds more.
+    bool addLines(QIODevice* device, int count);
 
     /// The recording so far, with its rates derived. The reader starts anew.
     recording_t takeRecording();
@@ -63,11 +66,12 @@ private:
     const std::unique_ptr<positionParser_t> m_positionParser; // owned
     recording_t m_recording;
     lineCounts_t m_counts;
-    bool m_stamped = false; // lines carry times of reception
-    bool m_timed = false;   // m_time is known
-    double m_time = 0.0;    // of the current line; without times of reception since day 0's start
-    bool m_dated = false;   // m_firstDay is known
-    qint64 m_firstDay = 0;  // days from 1970-01-01 to day 0
+    bool m_isWithinLine = false; // an overlong one, whose rest is to be passed over
+    bool m_stamped = false;      // lines carry times of reception
+    bool m_timed = false;        // m_time is known
+    double m_time = 0.0;   // of the current line; without times of reception since day 0's start
+    bool m_dated = false;  // m_firstDay is known
+    qint64 m_firstDay = 0; // days from 1970-01-01 to day 0
 };
 
 /// A recording read from a file, or why it could not be.
@@ -80,6 +84,11 @@ struct readResult_t
 
 /// The names that recordings go by, as wildcards.
 QStringList recordingNameFilters();
+
+/// Opens the regular file \p path. Returns why that isn't possible, or an empty text.
+QString openRecordingFile(const QString& path, QFile* file);
+/// What \p reader has made of all lines of \p file, opened so.
+readResult_t takeResult(const QString& path, const QFile& file, recordingReader_t* reader);
 
 /// Reads the regular file \p path. A file without a single usable line is an error.
 readResult_t readRecording(const QString& path);
