@@ -1,0 +1,270 @@
+#include "alarmLabel.h"
+#include "chartPanel.h"
+#include "indicator.h"
+#include "mainWindow.h"
+#include "recordingsPanel.h"
+#include "sonarPanel.h"
+#include "stripChart.h"
+#include "theme.h"
+#include "valueRuler.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QComboBox>
+#include <QDoubleSpinBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QSlider>
+#include <QTest>
+#include <QTimer>
+#include <QToolButton>
+#include <cmath>
+
+using namespace survey_console;
+
+namespace {
+
+const char SHIP[] = EXAMPLE_DATA "/nbp1406-underway/underway-10min.log";
+const char BOAT[] = EXAMPLE_DATA "/plaka-sailing/plaka-10min.log";
+const char SIDESCAN[] = EXAMPLE_DATA "/scotsman-sidescan/sidescan-600khz.pgm";
+
+} // namespace
+
+// Goes through the whole console with the mouse and the keyboard, as an operator does on the first
+// day: each function goes on where the one before left it.
+class tst_consoleTour : public QObject
+{
+    Q_OBJECT
+private:
+    template <typename widget_t>
+    widget_t* find(const char* name)
+    {
+        return m_window->findChild<widget_t*>(QString::fromLatin1(name));
+    }
+    void click(QWidget* widget) { QTest::mouseClick(widget, Qt::LeftButton); }
+    chartPanel_t* depthPanel() { return m_window->chartPanels().front(); }
+    QImage pictureOf(QWidget* widget) { return widget->grab().toImage(); }
+    int countOf(const QColor& color, QWidget* widget)
+    {
+        const QImage picture = pictureOf(widget);
+        int count = 0;
+        for (int y = 0; y < picture.height(); ++y) {
+            for (int x = 0; x < picture.width(); ++x)
+                count += picture.pixelColor(x, y) == color ? 1 : 0;
+        }
+        return count;
+    }
+
+    double m_realTime = 0.0; // s
+    std::unique_ptr<mainWindow_t> m_window;
+
+private Q_SLOTS:
+    void initTestCase();
+    void startsTheReplay();
+    void changesThePalette();
+    void dragsOnARuler();
+    void raisesTheDepthAlarm();
+    void changesPage();
+    void setsTheSounder();
+    void isRefusedByTheSounder();
+    void addsRecordings();
+    void answersThePrompt();
+    void opensTheAboutBox();
+    void cleanupTestCase();
+};
+
+void tst_consoleTour::initTestCase()
+{
+    qputenv("ZORBIN_QT_RESOURCE_DIR", RESOURCES);
+    theme::apply(qApp);
+    readResult_t line = readRecording(QString::fromLatin1(SHIP));
+    QCOMPARE(line.error, QString());
+    sonarResult_t sonar = readSonarRecord(QString::fromLatin1(SIDESCAN));
+    QCOMPARE(sonar.error, QString());
+    m_window = std::make_unique<mainWindow_t>("underway-10min.log", std::move(line),
+                                              [this] { return m_realTime; });
+    m_window->addSonar("sidescan", std::move(sonar.record));
+    m_window->addSurvey();
+    m_window->restore(consoleState_t());
+    m_window->show();
+    m_window->activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
+}
+
+void tst_consoleTour::startsTheReplay()
+{
+    click(find<QPushButton>("pauseButton"));
+    QCOMPARE(find<QPushButton>("pauseButton")->text(), QStringLiteral("Pause"));
+    m_realTime += 300.0;
+    QTRY_COMPARE(m_window->clock()->time(), m_window->clock()->start() + 300.0);
+    QTest::keyClick(m_window.get(), Qt::Key_Space); // holds still what follows
+    QCOMPARE(find<QLabel>("stateLabel")->text(), QStringLiteral("PAUSED"));
+    QCOMPARE(find<QLabel>("timeLabel")->text(), QStringLiteral("2014-08-01  00:05:00 UTC"));
+    // The page shows once the first notice has slid in.
+    QTRY_VERIFY(countOf(theme::firstCurve(), m_window->chartPanels().at(2)->chart()) > 500);
+}
+
+void tst_consoleTour::changesThePalette()
+{
+    auto* box = find<QComboBox>("paletteBox");
+    QWidget* chart = depthPanel()->chart();
+    const QImage before = pictureOf(chart);
+    QCOMPARE(countOf(theme::firstCurve(), chart), 0);
+    box->setFocus();
+    QTest::keyClick(box, Qt::Key_Up);
+    QCOMPARE(box->currentText(), QStringLiteral("One colour"));
+    QVERIFY(pictureOf(chart) != before);
+    QVERIFY(countOf(theme::firstCurve(), chart) > 50);
+}
+
+void tst_consoleTour::dragsOnARuler()
+{
+    valueRuler_t* ruler = depthPanel()->valueRuler();
+    auto* autoscale = depthPanel()->findChild<QToolButton*>(QStringLiteral("autoscaleButton"));
+    const double start = ruler->start();
+    const double end = ruler->end();
+    const int x = ruler->width() / 2;
+    const int low = ruler->height() * 3 / 4;
+    const int high = ruler->height() / 4;
+    QTest::mousePress(ruler, Qt::LeftButton, Qt::KeyboardModifiers(), QPoint(x, low));
+    QTest::mouseMove(ruler, QPoint(x, ruler->height() / 2));
+    QMouseEvent move(QEvent::MouseMove, QPointF(x, high), ruler->mapToGlobal(QPoint(x, high)),
+                     Qt::LeftButton, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(ruler, &move);
+    QTest::mouseRelease(ruler, Qt::LeftButton, Qt::KeyboardModifiers(), QPoint(x, high));
+    QVERIFY(!autoscale->isChecked());
+    const double span = end - start;
+    const double tolerance = 3.0 * span / ruler->height(); // of pixels
+    QVERIFY2(std::fabs(ruler->start() - (start + span / 4.0)) < tolerance,
+             qPrintable(QString::number(ruler->start())));
+    QVERIFY2(std::fabs(ruler->end() - (end - span / 4.0)) < tolerance,
+             qPrintable(QString::number(ruler->end())));
+    QCOMPARE(depthPanel()->chart()->minValueBound(), ruler->start());
+    click(autoscale);
+    QCOMPARE(ruler->start(), start);
+    QCOMPARE(ruler->end(), end);
+}
+
+void tst_consoleTour::raisesTheDepthAlarm()
+{
+    auto* label = find<zorbin_qt_gui::alarmLabel_t>("alarmLabel");
+    auto* box = find<QDoubleSpinBox>("alarmBox");
+    m_window->clock()->seek(m_window->clock()->start() + 270.0); // a sounding is fresh
+    QCOMPARE(label->text(), QStringLiteral("no alarm"));
+    box->setFocus();
+    box->selectAll();
+    QTest::keyClicks(box, QStringLiteral("6000"));
+    QTest::keyClick(box, Qt::Key_Return);
+    QCOMPARE(box->value(), 6000.0);
+    QCOMPARE(label->text(), QStringLiteral("SHALLOW WATER"));
+    QTRY_VERIFY(countOf(theme::alarm(), label) > label->width() * label->height() / 2); // flashes
+    box->selectAll();
+    QTest::keyClicks(box, QStringLiteral("20"));
+    QTest::keyClick(box, Qt::Key_Return);
+    QCOMPARE(label->text(), QStringLiteral("no alarm"));
+}
+
+void tst_consoleTour::changesPage()
+{
+    QVERIFY(!m_window->sonarPanel()->isVisible());
+    click(find<QToolButton>("pageButton1"));
+    QCOMPARE(m_window->page(), PAGE_SONAR);
+    QVERIFY(m_window->sonarPanel()->isVisible());
+    QVERIFY(!depthPanel()->isVisible());
+}
+
+void tst_consoleTour::setsTheSounder()
+{
+    auto* lamp = find<zorbin_qt_gui::indicator_t>("gainLamp");
+    auto* gain = find<QDoubleSpinBox>("gain");
+    QVERIFY(countOf(theme::running(), lamp) > 50);
+    gain->setFocus();
+    gain->selectAll();
+    QTest::keyClicks(gain, QStringLiteral("25"));
+    QTest::keyClick(gain, Qt::Key_Return);
+    QCOMPARE(find<QLabel>("sounderStateLabel")->text(), QStringLiteral("waiting for an answer"));
+    QVERIFY(countOf(theme::paused(), lamp) > 50);
+    QTRY_COMPARE(find<QLabel>("sounderStateLabel")->text(), QStringLiteral("as set"));
+    QVERIFY(countOf(theme::running(), lamp) > 50);
+    QCOMPARE(gain->value(), 25.0);
+}
+
+void tst_consoleTour::isRefusedByTheSounder()
+{
+    auto* power = find<QSlider>("power");
+    auto* lamp = find<zorbin_qt_gui::indicator_t>("powerLamp");
+    auto* discard = find<QPushButton>("discardButton");
+    QVERIFY(!discard->isEnabled());
+    power->setFocus();
+    for (int i = 0; i < 31; ++i) // from 60 % to 91 %, more than it has
+        QTest::keyClick(power, Qt::Key_Up);
+    QCOMPARE(power->value(), 91);
+    QTRY_COMPARE(find<QLabel>("sounderStateLabel")->text(), QStringLiteral("1 refused"));
+    QVERIFY(countOf(theme::alarm(), lamp) > 50);
+    click(discard);
+    QVERIFY(power->value() <= 80);
+    QCOMPARE(find<QLabel>("sounderStateLabel")->text(), QStringLiteral("as set"));
+    QVERIFY(countOf(theme::running(), lamp) > 50);
+}
+
+void tst_consoleTour::addsRecordings()
+{
+    click(find<QToolButton>("pageButton2"));
+    auto* list = find<QListWidget>("recordingList");
+    QVERIFY(list->isVisible());
+    QCOMPARE(list->count(), 0);
+    click(find<QPushButton>("addFilesButton")); // its dialog comes, and goes by Esc
+    QTRY_VERIFY(QApplication::activeModalWidget());
+    QTest::keyClick(QApplication::activeModalWidget(), Qt::Key_Escape);
+    QTRY_VERIFY(!QApplication::activeModalWidget());
+    QCOMPARE(list->count(), 0);
+    m_window->recordings()->addFiles({QString::fromLatin1(SHIP), QString::fromLatin1(BOAT)});
+    QCOMPARE(list->count(), 2);
+    QCOMPARE(list->item(1)->text(), QStringLiteral("plaka-sailing/plaka-10min.log"));
+}
+
+void tst_consoleTour::answersThePrompt()
+{
+    QString chosen;
+    connect(m_window.get(), &mainWindow_t::recordingChosen, this,
+            [&](const QString& path) { chosen = path; });
+    auto* list = find<QListWidget>("recordingList");
+    QTest::mouseClick(list->viewport(), Qt::LeftButton, Qt::KeyboardModifiers(),
+                      list->visualItemRect(list->item(1)).center());
+    for (const char* answer : {"cancelButton", "replayButton"}) {
+        click(find<QPushButton>("replayRecordingButton"));
+        QTRY_VERIFY(find<QWidget>("openPrompt"));
+        auto* button = find<QWidget>("openPrompt")->findChild<QPushButton*>(answer);
+        QTRY_VERIFY(button->isVisible() && button->height() > 10); // laid out
+        QTRY_VERIFY(
+            m_window->rect().contains(button->mapTo(m_window.get(), button->rect().center())));
+        QCOMPARE(chosen, QString());
+        click(button);
+        QTRY_VERIFY(!find<QWidget>("openPrompt"));
+    }
+    QCOMPARE(chosen, QString::fromLatin1(BOAT));
+}
+
+void tst_consoleTour::opensTheAboutBox()
+{
+    QString text;
+    QTimer::singleShot(0, this, [&] { // once the box is shown, which blocks
+        auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+        QVERIFY(box);
+        text = box->text();
+        QTest::keyClick(box, Qt::Key_Escape);
+    });
+    find<QAction>("aboutAction")->trigger();
+    QVERIFY2(text.contains("the sounder is simulated"), qPrintable(text));
+}
+
+void tst_consoleTour::cleanupTestCase()
+{
+    m_window.reset();
+}
+
+QTEST_MAIN(tst_consoleTour)
+#include "tst_consoleTour.moc"
