@@ -108,6 +108,8 @@ function(zorbin_add_test name)
     cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;LIBRARIES")
     zorbin_add_program(${name} ${name}.cpp ${arg_SOURCES})
     target_link_libraries(${name} PRIVATE zorbin-test-support ${arg_LIBRARIES})
+    # A test runs once, so optimising it much takes longer than it saves.
+    target_compile_options(${name} PRIVATE $<$<CONFIG:Release>:-O1>)
     get_property(first_test DIRECTORY PROPERTY ZORBIN_FIRST_TEST)
     if(NOT first_test)
         zorbin_precompile_headers(${name})
