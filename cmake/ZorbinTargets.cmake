@@ -117,5 +117,9 @@ function(zorbin_add_test name)
     elseif(ZORBIN_PRECOMPILE_HEADERS)
         target_precompile_headers(${name} REUSE_FROM ${first_test})
     endif()
+    # Empty, since a test includes what moc makes of it.
+    set_source_files_properties(
+        ${CMAKE_CURRENT_BINARY_DIR}/${name}_autogen/mocs_compilation.cpp
+        PROPERTIES SKIP_PRECOMPILE_HEADERS ON)
     zorbin_add_test_on_display(${name} $<TARGET_FILE:${name}>)
 endfunction()
