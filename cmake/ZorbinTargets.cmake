@@ -36,6 +36,8 @@ function(zorbin_add_library name)
     list(TRANSFORM header_paths PREPEND ${CMAKE_CURRENT_SOURCE_DIR}/ REGEX "^[^/]")
     add_library(${name}::${name} ALIAS ${name})
     zorbin_set_up_target(${name})
+    # All that tools/check-abi reads, where programs make do with line numbers.
+    target_compile_options(${name} PRIVATE $<$<CONFIG:Debug>:-g>)
     set_target_properties(${name} PROPERTIES
         VERSION ${PROJECT_VERSION}
         SOVERSION ${ZORBIN_SOVERSION}
