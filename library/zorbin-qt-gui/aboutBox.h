@@ -11,7 +11,7 @@ struct aboutBoxPrivate_t;
 
 /// The "About" box of an application: its name, version and organisation as registered with
 /// QCoreApplication, copyright years, and whatever else it has to say. GUI thread only.
-/// \image html statusWidgets.png
+/// \image html aboutBox.png
 class ZORBIN_QT_GUI_EXPORT aboutBox_t
 {
 public:

@@ -13,7 +13,7 @@ namespace zorbin_qt_gui {
 ///
 /// Making the first label of a process therefore blocks for up to a second; later ones don't. The
 /// flash uses the label's style sheet: do not set one of your own. GUI thread only.
-/// \image html statusWidgets.png
+/// \image html alarmLabel.png
 class ZORBIN_QT_GUI_EXPORT alarmLabel_t : public QLabel
 {
     Q_OBJECT

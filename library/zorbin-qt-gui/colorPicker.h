@@ -9,7 +9,7 @@ namespace zorbin_qt_gui {
 struct colorPickerPrivate_t;
 
 /// A tool button that shows a colour as its icon; a click opens the standard colour dialog, without
-/// alpha. GUI thread only.
+/// alpha. GUI thread only. \image html colorPicker.png
 class ZORBIN_QT_GUI_EXPORT colorPicker_t : public QToolButton
 {
     Q_OBJECT

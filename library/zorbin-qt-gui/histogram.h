@@ -13,7 +13,7 @@ struct histogramPrivate_t;
 ///
 /// All samples are kept, 4 bytes each, so that range and bins can be changed any time; they are
 /// counted when they are painted. There is no background: the widget's own shows. Values are in
-/// the caller's unit. GUI thread only. \image html surveyConsole-sonar.png
+/// the caller's unit. GUI thread only. \image html histogram.png
 class ZORBIN_QT_GUI_EXPORT histogram_t : public QWidget
 {
     Q_OBJECT

@@ -10,7 +10,7 @@ namespace zorbin_qt_gui {
 struct imageFramePrivate_t;
 
 /// A frame with a picture in its middle, scaled to the frame's contents with its aspect ratio kept
-/// and without smoothing. GUI thread only. \image html statusWidgets.png
+/// and without smoothing. GUI thread only. \image html imageFrame.png
 class ZORBIN_QT_GUI_EXPORT imageFrame_t : public QFrame
 {
     Q_OBJECT

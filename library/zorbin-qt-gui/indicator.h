@@ -13,7 +13,7 @@ struct indicatorPrivate_t;
 /// A round lamp, lit or unlit, in the palette's QPalette::Highlight colour or one of its own. It
 /// may blink while it is on, in step with all blinking lamps of the process: lit for 500 ms, dark
 /// for 500 ms. An unlit or disabled lamp is a disc in the colour QPalette::Window. The outline is
-/// in the colour QPalette::WindowText. GUI thread only. \image html statusWidgets.png
+/// in the colour QPalette::WindowText. GUI thread only. \image html indicators.png
 class ZORBIN_QT_GUI_EXPORT indicator_t : public QWidget
 {
     Q_OBJECT

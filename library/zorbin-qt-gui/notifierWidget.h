@@ -15,7 +15,7 @@ struct notifierWidgetPrivate_t;
 ///
 /// Widgets handed in become children of this one. A widget that was dismissed stays so, hidden,
 /// until the application deletes it; deleting a shown one removes it. GUI thread only.
-/// \image html statusWidgets.png
+/// \image html notifierWidget.png
 class ZORBIN_QT_GUI_EXPORT notifierWidget_t : public QWidget
 {
     Q_OBJECT

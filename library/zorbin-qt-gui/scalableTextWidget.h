@@ -10,7 +10,7 @@ struct scalableTextWidgetPrivate_t;
 /// One line of text, centred, in the largest font size that fits the widget. The font is the
 /// widget's own (QWidget::setFont()); its size is changed with every text and every resize, each
 /// search starting from the size found before. Whole points. GUI thread only.
-/// \image html statusWidgets.png
+/// \image html scalableTextWidget.png
 class ZORBIN_QT_GUI_EXPORT scalableTextWidget_t : public QWidget
 {
     Q_OBJECT

@@ -30,7 +30,7 @@ class spFbUiWrapperItem_t;
 /// blocked, so valueChanged() also tells of changes by the program. A wrong id, a null handle and a
 /// widget that isn't supported are fatal errors. In a slot of valueChanged() other widgets and all
 /// lamps may be deleted, items removed and added; the binder itself and the widget that has changed
-/// only by deleteLater(). GUI thread only. \image html statusWidgets.png
+/// only by deleteLater(). GUI thread only. \image html spFbUiWrapper.png
 class ZORBIN_QT_GUI_EXPORT spFbUiWrapper_t : public QObject
 {
     Q_OBJECT

@@ -23,7 +23,7 @@ class stripChartImpl_t;
 /// the one at the higher address is on top. Slots connected to the signals may delete the chart or
 /// a curve. GUI thread only.
 ///
-/// \image html surveyConsole.png
+/// \image html stripChart.png
 class ZORBIN_QT_GUI_EXPORT stripChart_t : public QWidget
 {
     Q_OBJECT

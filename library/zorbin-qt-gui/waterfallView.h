@@ -18,7 +18,7 @@ struct baseWaterfallViewPrivate_t;
 /// model or no renderer. Both belong to the application, may be shared and may be deleted any time.
 ///
 /// An application derives its typed view, which sets them through _model() and _renderer().
-/// GUI thread only. \image html surveyConsole-sonar.png
+/// GUI thread only. \image html waterfallView.png
 class ZORBIN_QT_GUI_EXPORT baseWaterfallView_t : public QWidget
 {
     Q_OBJECT

@@ -27,9 +27,8 @@ public:
     /// the palette what was read before, if the file
     /// - can't be opened, isn't a regular file or is larger than 16 MiB;
     /// - isn't well-formed, for which a debug message gives the place;
-    /// - nests elements more than 5000 deep, has more than a million elements, attributes, texts
-    /// and
-    ///   comments, or thousands of attributes in one element;
+    /// - nests elements more than 5000 deep, has thousands of attributes in one element, or more
+    ///   than a million elements, attributes, texts and comments in all;
     /// - declares entities and is larger than 16 KiB;
     /// - isn't a palette: another root, a kind of table that is missing, an element that doesn't
     ///   belong in a table, a keyed colour without a key.
