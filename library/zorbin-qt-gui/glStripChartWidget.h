@@ -38,9 +38,9 @@ protected:
     void leaveEvent(QEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
-    void initializeGL() override;
-    void resizeGL(int width, int height) override;
-    void paintGL() override;
+    void initializeGL() override;                  ///< takes the canvas colour
+    void resizeGL(int width, int height) override; ///< tells the chart the size of the widget
+    void paintGL() override;                       ///< draws all curves
 
 private:
     friend class glCurveRenderer_t;
