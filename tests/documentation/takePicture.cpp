@@ -1,7 +1,8 @@
 // Linked into the programs of the documentation: takes a picture of their window and ends them.
 // The arguments of a program are the picture's file, how many colours there are to be in it at
-// least and, at will, after how many seconds it is taken, 1 at first. The exit status says whether
-// there is such a picture.
+// least and, at will, after how many ticks of the program's timer it is taken, 50 at first. Ticks
+// come as fast as they can, so that nobody waits and the picture is the same each time. The exit
+// status says whether there is such a picture.
 #include <QApplication>
 #include <QImage>
 #include <QPixmap>
@@ -10,7 +11,11 @@
 #include <cstdio>
 #include <set>
 
-static std::size_t countColors(const QImage& picture)
+namespace {
+
+constexpr int maxSeconds = 60; // for all ticks; far more than they take
+
+std::size_t countColors(const QImage& picture)
 {
     std::set<QRgb> colors;
     for (int y = 0; y < picture.height(); ++y)
@@ -19,7 +24,7 @@ static std::size_t countColors(const QImage& picture)
     return colors.size();
 }
 
-static bool savePicture(const QString& path, std::size_t leastColors)
+bool savePicture(const QString& path, std::size_t leastColors)
 {
     for (QWidget* const window : QApplication::topLevelWidgets())
         if (window->isVisible()) {
@@ -33,16 +38,46 @@ static bool savePicture(const QString& path, std::size_t leastColors)
     return false;
 }
 
-static void takePicture()
+// Counts the ticks of the program's timer, the one without a parent.
+class photographer_t : public QObject
 {
-    const QStringList arguments = QCoreApplication::arguments();
-    const int delay = static_cast<int>(1000.0 * arguments.value(3, QStringLiteral("1")).toDouble());
-    // The time counts from when the program has set itself up and takes events.
-    QTimer::singleShot(0, qApp, [delay, arguments] {
-        QTimer::singleShot(delay, qApp, [arguments] {
-            const bool isSaved = savePicture(arguments.value(1), arguments.value(2).toUInt());
-            QCoreApplication::exit(isSaved ? 0 : 1);
+public:
+    explicit photographer_t(const QStringList& arguments)
+        : QObject(qApp), m_path(arguments.value(1)), m_leastColors(arguments.value(2).toUInt()),
+          m_ticksLeft(arguments.value(3, QStringLiteral("50")).toInt())
+    {
+        qApp->installEventFilter(this);
+        QTimer::singleShot(1000 * maxSeconds, this, [] {
+            std::fputs("takePicture: the program's timer doesn't tick\n", stderr);
+            QCoreApplication::exit(1);
         });
-    });
+    }
+
+    bool eventFilter(QObject* watched, QEvent* event) override
+    {
+        auto* const timer = qobject_cast<QTimer*>(watched);
+        if (event->type() != QEvent::Timer || timer == nullptr || timer->parent() != nullptr)
+            return false;
+        if (timer->interval() > 0)
+            timer->setInterval(0);
+        if (m_ticksLeft-- > 0)
+            return false;
+        timer->stop();
+        QCoreApplication::exit(savePicture(m_path, m_leastColors) ? 0 : 1);
+        return true;
+    }
+
+private:
+    const QString m_path;
+    const std::size_t m_leastColors;
+    int m_ticksLeft;
+};
+
+void takePicture()
+{
+    new photographer_t(QCoreApplication::arguments()); // a child of the application
 }
+
+} // namespace
+
 Q_COREAPP_STARTUP_FUNCTION(takePicture)
