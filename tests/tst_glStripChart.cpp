@@ -3,6 +3,7 @@
 #include "glStripChartImpl.h"
 #include "glStripChartWidget.h"
 #include "messageRecorder.h"
+#include "paintLog.h"
 #include "pictures.h"
 #include "randomNumbers.h"
 #include "recordingRenderer.h"
@@ -153,30 +154,6 @@ private:
     QOpenGLContext m_context;
     QOffscreenSurface m_surface;
     bool m_isValid = false;
-};
-
-// Collects the regions of a widget's paint events.
-class paintLog_t : public QObject
-{
-public:
-    explicit paintLog_t(QWidget* widget) { widget->installEventFilter(this); }
-
-    /// What was painted since the last time this was asked, all pending events processed.
-    QRegion take()
-    {
-        processEvents();
-        return std::exchange(m_region, QRegion());
-    }
-
-    bool eventFilter(QObject*, QEvent* event) override
-    {
-        if (event->type() == QEvent::Paint)
-            m_region += static_cast<QPaintEvent*>(event)->region();
-        return false;
-    }
-
-private:
-    QRegion m_region;
 };
 
 // A chart of 300 x 100 pixels, 20 pixels a second from 0 s to 15 s, 10 pixels a unit from -5 to 5,

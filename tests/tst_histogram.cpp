@@ -1,11 +1,11 @@
 #include "childProcess.h"
 #include "histogram.h"
+#include "paintLog.h"
 #include "pictures.h"
 #include "randomNumbers.h"
 
 #include <QApplication>
 #include <QMetaMethod>
-#include <QPaintEvent>
 #include <QPainter>
 #include <QTest>
 #include <algorithm>
@@ -217,30 +217,6 @@ QList<int> upwards(int first, int last)
         numbers.append(i);
     return numbers;
 }
-
-// Collects the regions of a widget's paint events.
-class paintLog_t : public QObject
-{
-public:
-    explicit paintLog_t(QWidget* widget) { widget->installEventFilter(this); }
-
-    QRegion take()
-    {
-        QCoreApplication::sendPostedEvents();
-        QCoreApplication::processEvents();
-        return std::exchange(m_region, QRegion());
-    }
-
-    bool eventFilter(QObject*, QEvent* event) override
-    {
-        if (event->type() == QEvent::Paint)
-            m_region += static_cast<QPaintEvent*>(event)->region();
-        return false;
-    }
-
-private:
-    QRegion m_region;
-};
 
 } // namespace
 

@@ -1,3 +1,4 @@
+#include "paintLog.h"
 #include "pictures.h"
 #include "plainChart.h"
 #include "plainCurve.h"
@@ -30,31 +31,6 @@ static const double inf = std::numeric_limits<double>::infinity();
 static const double nan_ = std::numeric_limits<double>::quiet_NaN();
 
 namespace {
-
-// Collects the regions of a widget's paint events.
-class paintLog_t : public QObject
-{
-public:
-    explicit paintLog_t(QWidget* widget) { widget->installEventFilter(this); }
-
-    /// What was painted since the last time this was asked, all pending events processed.
-    QRegion take()
-    {
-        QCoreApplication::sendPostedEvents();
-        QCoreApplication::processEvents();
-        return std::exchange(m_region, QRegion());
-    }
-
-    bool eventFilter(QObject*, QEvent* event) override
-    {
-        if (event->type() == QEvent::Paint)
-            m_region += static_cast<QPaintEvent*>(event)->region();
-        return false;
-    }
-
-private:
-    QRegion m_region;
-};
 
 QWidget* canvasOf(stripChart_t& chart)
 {

@@ -1,19 +1,19 @@
 #include "childProcess.h"
+#include "paintLog.h"
 #include "pictures.h"
 #include "plainWaterfall.h"
 #include "randomNumbers.h"
+#include "virtualSlot.h"
 #include "waterfallView.h"
 
 #include <QApplication>
 #include <QMouseEvent>
-#include <QPaintEvent>
 #include <QPainter>
 #include <QPointer>
 #include <QSignalSpy>
 #include <QTest>
 #include <cmath>
 #include <cstdio>
-#include <cstring>
 #include <functional>
 #include <limits>
 #include <memory>
@@ -78,31 +78,6 @@ public:
 private:
     QStringList m_texts;
     bool m_consistent = true;
-};
-
-// Collects the regions of a widget's paint events.
-class paintLog_t : public QObject
-{
-public:
-    explicit paintLog_t(QWidget* widget) { widget->installEventFilter(this); }
-
-    /// What was painted since the last time this was asked, all pending events processed.
-    QRegion take()
-    {
-        QCoreApplication::sendPostedEvents();
-        QCoreApplication::processEvents();
-        return std::exchange(m_region, QRegion());
-    }
-
-    bool eventFilter(QObject*, QEvent* event) override
-    {
-        if (event->type() == QEvent::Paint)
-            m_region += static_cast<QPaintEvent*>(event)->region();
-        return false;
-    }
-
-private:
-    QRegion m_region;
 };
 
 const QString nothingPointedAt = QStringLiteral("pointedItemChanged(-2147483648, nan)");
@@ -195,16 +170,6 @@ void leave(QWidget& widget)
 QString pointedAt(int index, double coord)
 {
     return pointedSignal(index, coord);
-}
-
-// The place of a virtual function in its class's table, as the compilers for Linux lay it out.
-template <typename function_t>
-std::ptrdiff_t virtualSlot(function_t function)
-{
-    std::ptrdiff_t words[2];
-    static_assert(sizeof(words) == sizeof(function), "not the layout expected");
-    std::memcpy(words, &function, sizeof(words));
-    return (words[0] - 1) / static_cast<std::ptrdiff_t>(sizeof(void*));
 }
 
 // The last virtual function of QWidget, which is protected.
