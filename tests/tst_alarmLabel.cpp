@@ -241,7 +241,7 @@ void tst_alarmLabel::startsWithTheNextTick()
     QCOMPARE(m_label->styleSheet(), QString(plain));
 }
 
-// Notes at which of its style changes a label flashed.
+// Counts the changes of a label's look.
 class styleLog_t : public QObject
 {
 public:

@@ -499,7 +499,7 @@ void tst_notifierWidget::jumpsToTheEndOfTheSlide_data()
     QTest::newRow("a dismissal") << 3;
 }
 
-// The slide under way, which is a child of nothing.
+// Whether a notification is sliding in.
 static bool isBelowItsPlace(const QFrame* frame)
 {
     return frame->y() > 0;
