@@ -7,11 +7,9 @@ using zorbin_qt_gui::latLonEditor_t;
 namespace survey_console {
 namespace {
 
-const int MAX_GEOMETRY = 1024;         // bytes; that of a window has less than a hundred
-const int MAX_CHOICE = 4096;           // characters, of a palette or the path of its file
-const double MAX_DEPTH = 11000.0;      // m
-const double MAX_PLANNED_SPEED = 60.0; // kn
-const double MIN_SPAN = 1.0;           // s
+const int MAX_GEOMETRY = 1024; // bytes; that of a window has less than a hundred
+const int MAX_CHOICE = 4096;   // characters, of a palette or the path of its file
+const double MIN_SPAN = 1.0;   // s
 const double MAX_SPAN = 86400.0;
 
 const char GEOMETRY[] = "window/geometry";
@@ -79,8 +77,8 @@ consoleState_t readState(const QSettings& settings)
     readChoice(settings, DEPTH_PALETTE, &state.depthPalette);
     readChoice(settings, SONAR_PALETTE, &state.sonarPalette);
     readNumber(settings, SPEED, replayClock_t::MIN_SPEED, replayClock_t::MAX_SPEED, &state.speed);
-    readNumber(settings, ALARM_DEPTH, 0.0, MAX_DEPTH, &state.alarmDepth);
-    readNumber(settings, PLANNED_SPEED, 0.0, MAX_PLANNED_SPEED, &state.plannedSpeed);
+    readNumber(settings, ALARM_DEPTH, 0.0, depthPanel_t::MAX_ALARM_DEPTH, &state.alarmDepth);
+    readNumber(settings, PLANNED_SPEED, 0.0, speedPanel_t::MAX_PLANNED_SPEED, &state.plannedSpeed);
     readNumber(settings, TIME_SPAN, MIN_SPAN, MAX_SPAN, &state.timeSpan);
     return state;
 }

@@ -1,11 +1,12 @@
 #include "depthPanel.h"
 #include "alarmLabel.h"
 #include "labels.h"
+#include "passingWheel.h"
 #include "scalableTextWidget.h"
-#include "steadySpinBox.h"
 #include "texts.h"
 #include "theme.h"
 
+#include <QDoubleSpinBox>
 #include <QGridLayout>
 #include <algorithm>
 
@@ -15,7 +16,6 @@ using zorbin_qt_gui::scalableTextWidget_t;
 namespace survey_console {
 namespace {
 
-const double MAX_DEPTH = 11000.0; // m
 const int READ_OUT_HEIGHT = 48;   // px
 const QChar FIGURE_SPACE(0x2007); // as wide as a digit
 
@@ -24,7 +24,7 @@ const QChar FIGURE_SPACE(0x2007); // as wide as a digit
 depthPanel_t::depthPanel_t(const recording_t& recording, QWidget* parent)
     : QFrame(parent), m_depths(recording.channel(CHANNEL_DEPTH).samples),
       m_maxAge(gapThreshold(m_depths)), m_readOut(new scalableTextWidget_t),
-      m_alarmLabel(new alarmLabel_t), m_alarmBox(new steadySpinBox_t)
+      m_alarmLabel(new alarmLabel_t), m_alarmBox(new QDoubleSpinBox)
 {
     setFrameShape(QFrame::StyledPanel);
     setBackground(this, theme::panel());
@@ -39,9 +39,11 @@ depthPanel_t::depthPanel_t(const recording_t& recording, QWidget* parent)
     m_alarmLabel->flashBgColor(theme::alarm());
     m_alarmBox->setObjectName(QStringLiteral("alarmBox"));
     m_alarmBox->setToolTip(tr("Depth at which the alarm begins"));
-    m_alarmBox->setRange(0.0, MAX_DEPTH);
+    m_alarmBox->setRange(0.0, MAX_ALARM_DEPTH);
     m_alarmBox->setDecimals(1);
     m_alarmBox->setValue(DEFAULT_ALARM_DEPTH);
+    m_alarmBox->setKeyboardTracking(false); // half a number is none
+    letWheelPass(m_alarmBox);
     connect(m_alarmBox, QOverload<double>::of(&QDoubleSpinBox::valueChanged), this,
             [this] { showTime(m_time); });
 

@@ -19,11 +19,12 @@ class depthPanel_t : public QFrame
     Q_OBJECT
 public:
     static constexpr double DEFAULT_ALARM_DEPTH = 20.0; // m
+    static constexpr double MAX_ALARM_DEPTH = 11000.0;  // m
 
     /// Copies the soundings from \p recording.
     explicit depthPanel_t(const recording_t& recording, QWidget* parent = nullptr);
 
-    /// The depth at which the alarm begins, in m.
+    /// The depth at which the alarm begins, in m, from 0 to MAX_ALARM_DEPTH.
     double alarmDepth() const;
     void setAlarmDepth(double depth);
 

@@ -19,9 +19,11 @@
 #include <QElapsedTimer>
 #include <QFileInfo>
 #include <QSettings>
+#include <QTimer>
 #include <QTranslator>
-#include <cmath>
+#include <algorithm>
 #include <cstdio>
+#include <functional>
 #include <memory>
 #include <optional>
 

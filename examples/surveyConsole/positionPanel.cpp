@@ -1,10 +1,10 @@
 #include "positionPanel.h"
 #include "labels.h"
+#include "passingWheel.h"
 #include "texts.h"
 #include "theme.h"
 
 #include <QComboBox>
-#include <QEvent>
 #include <QGridLayout>
 #include <QPushButton>
 #include <limits>
@@ -78,10 +78,8 @@ positionPanel_t::positionPanel_t(const recording_t& recording, QWidget* parent)
                 editor->setCoordinateFormat(m_format);
         });
     }
-    for (QComboBox* box : findChildren<QComboBox*>()) {
-        box->setFocusPolicy(Qt::StrongFocus);
-        box->installEventFilter(this);
-    }
+    for (QComboBox* box : findChildren<QComboBox*>())
+        letWheelPass(box);
     for (latLonEditor_t* editor : {m_vesselEditors.latitude, m_vesselEditors.longitude}) {
         makeDisplay(editor);
         editor->setValue(NO_COORDINATE); // until there is a fix
@@ -143,17 +141,6 @@ QLabel* positionPanel_t::addReadOut(const QString& name, const char* objectName,
     layout->addWidget(label, row, 0);
     layout->addWidget(value, row, 1);
     return value;
-}
-
-// A wheel that passes over the panel changes nothing.
-bool positionPanel_t::eventFilter(QObject* watched, QEvent* event)
-{
-    const auto* widget = qobject_cast<QWidget*>(watched);
-    if (event->type() == QEvent::Wheel && widget && !widget->hasFocus()) {
-        event->ignore();
-        return true;
-    }
-    return QFrame::eventFilter(watched, event);
 }
 
 void positionPanel_t::showTime(double time_)

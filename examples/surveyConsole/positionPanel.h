@@ -27,8 +27,6 @@ public:
     zorbin_qt_gui::latLonEditor_t::coordFormat_t format() const { return m_format; }
     void chooseFormat(zorbin_qt_gui::latLonEditor_t::coordFormat_t format);
 
-    bool eventFilter(QObject* watched, QEvent* event) override;
-
 public Q_SLOTS:
     /// Shows the state at \p time_, in seconds.
     void showTime(double time_);

@@ -1,12 +1,12 @@
 #include "sounderPanel.h"
 #include "indicator.h"
 #include "labels.h"
+#include "passingWheel.h"
 #include "theme.h"
 
 #include <QCheckBox>
 #include <QComboBox>
 #include <QDoubleSpinBox>
-#include <QEvent>
 #include <QGridLayout>
 #include <QHBoxLayout>
 #include <QLineEdit>
@@ -120,8 +120,7 @@ indicator_t* sounderPanel_t::addRow(const QString& name, const char* objectName,
     auto* label = makeLabel(theme::quietText(), 1.0, Qt::AlignLeft | Qt::AlignVCenter);
     label->setText(name);
     widget->setObjectName(QString::fromLatin1(objectName));
-    widget->setFocusPolicy(Qt::StrongFocus);
-    widget->installEventFilter(this);
+    letWheelPass(widget);
     auto* lamp = new indicator_t;
     lamp->setObjectName(widget->objectName() + QStringLiteral("Lamp"));
     lamp->setFixedSize(LAMP_SIZE, LAMP_SIZE);
@@ -131,17 +130,6 @@ indicator_t* sounderPanel_t::addRow(const QString& name, const char* objectName,
     m_layout->addWidget(widget, row, 1);
     m_layout->addWidget(lamp, row, 2);
     return lamp;
-}
-
-// A wheel that passes over the panel changes nothing.
-bool sounderPanel_t::eventFilter(QObject* watched, QEvent* event)
-{
-    const auto* widget = qobject_cast<QWidget*>(watched);
-    if (event->type() == QEvent::Wheel && widget && !widget->hasFocus()) {
-        event->ignore();
-        return true;
-    }
-    return QWidget::eventFilter(watched, event);
 }
 
 void sounderPanel_t::showTime(double seconds_)

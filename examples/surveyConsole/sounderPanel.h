@@ -21,8 +21,6 @@ public:
     sounder_t* sounder() { return &m_sounder; }
     const zorbin_qt_gui::spFbUiWrapper_t& binder() const { return m_binder; }
 
-    bool eventFilter(QObject* watched, QEvent* event) override;
-
 public Q_SLOTS:
     /// Lets the sounder drift as far as it does in \p seconds_ from the start of the replay.
     void showTime(double seconds_);

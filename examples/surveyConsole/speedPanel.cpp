@@ -1,11 +1,12 @@
 #include "speedPanel.h"
 #include "labels.h"
+#include "passingWheel.h"
 #include "slidingGauge.h"
-#include "steadySpinBox.h"
 #include "texts.h"
 #include "theme.h"
 #include "valueRuler.h"
 
+#include <QDoubleSpinBox>
 #include <QGridLayout>
 #include <algorithm>
 #include <cmath>
@@ -16,7 +17,6 @@ namespace survey_console {
 namespace {
 
 const double MIN_SCALE = 10.0; // kn
-const double MAX_SPEED = 60.0; // kn
 const double SPEED_STEP = 0.5; // kn
 const int GAUGE_WIDTH = 28;    // px
 
@@ -32,7 +32,7 @@ double scaleOf(const std::vector<sample_t>& speeds)
     double fastest = std::max(MIN_SCALE, speedPanel_t::DEFAULT_PLANNED_SPEED);
     for (const sample_t& speed : speeds)
         fastest = std::max(fastest, speed.value);
-    return std::min(5.0 * std::ceil(fastest / 5.0), MAX_SPEED);
+    return std::min(5.0 * std::ceil(fastest / 5.0), speedPanel_t::MAX_PLANNED_SPEED);
 }
 
 } // namespace
@@ -41,7 +41,7 @@ speedPanel_t::speedPanel_t(const recording_t& recording, QWidget* parent)
     : QFrame(parent), m_speeds(speedsOf(recording)), m_maxAge(gapThreshold(m_speeds)),
       m_gauge(new slidingGauge_t),
       m_speedLabel(makeLabel(theme::firstCurve(), 1.6, Qt::AlignRight | Qt::AlignVCenter)),
-      m_plannedBox(new steadySpinBox_t)
+      m_plannedBox(new QDoubleSpinBox)
 {
     setFrameShape(QFrame::StyledPanel);
     setBackground(this, theme::panel());
@@ -66,6 +66,8 @@ speedPanel_t::speedPanel_t(const recording_t& recording, QWidget* parent)
     m_plannedBox->setDecimals(1);
     m_plannedBox->setSingleStep(SPEED_STEP);
     m_plannedBox->setToolTip(tr("Planned speed"));
+    m_plannedBox->setKeyboardTracking(false); // half a number is none
+    letWheelPass(m_plannedBox);
     connect(m_plannedBox, QOverload<double>::of(&QDoubleSpinBox::valueChanged), m_gauge,
             &slidingGauge_t::setSetpoint);
     m_plannedBox->setValue(DEFAULT_PLANNED_SPEED);

@@ -22,6 +22,7 @@ class speedPanel_t : public QFrame
     Q_OBJECT
 public:
     static constexpr double DEFAULT_PLANNED_SPEED = 9.0; // kn
+    static constexpr double MAX_PLANNED_SPEED = 60.0;    // kn, of the longest scale
 
     /// Copies the speeds from \p recording.
     explicit speedPanel_t(const recording_t& recording, QWidget* parent = nullptr);
