@@ -6,7 +6,6 @@
 #include <QDoubleSpinBox>
 #include <QGridLayout>
 #include <QLabel>
-#include <cmath>
 #include <random>
 #include <vector>
 #include <zorbin-qt-gui/histogram.h>
