@@ -8,22 +8,31 @@
 #include <qcustomplot.h>
 
 namespace {
+// A plot with nothing beside the plot area.
+class barePlot_t : public QCustomPlot
+{
+public:
+    barePlot_t()
+    {
+        setNotAntialiasedElements(QCP::aeAll);
+        plotLayout()->setMargins(QMargins());
+        axisRect()->setAutoMargins(QCP::msNone);
+        axisRect()->setMargins(QMargins());
+        axisRect()->setMinimumMargins(QMargins());
+        for (QCPAxis* axis : axisRect()->axes()) {
+            axis->setVisible(false);
+            axis->grid()->setVisible(false);
+        }
+    }
+};
+
 class customPlotContender_t : public contender_t
 {
 public:
     explicit customPlotContender_t(const chartShape_t& shape)
         : m_window(shape.window), m_kept(shape.kept)
     {
-        m_plot.setNotAntialiasedElements(QCP::aeAll);
         m_plot.setPlottingHints(QCP::phFastPolylines);
-        m_plot.plotLayout()->setMargins(QMargins());
-        m_plot.axisRect()->setAutoMargins(QCP::msNone);
-        m_plot.axisRect()->setMargins(QMargins());
-        m_plot.axisRect()->setMinimumMargins(QMargins());
-        for (QCPAxis* axis : m_plot.axisRect()->axes()) {
-            axis->setVisible(false);
-            axis->grid()->setVisible(false);
-        }
         for (int i = 0; i < shape.curves; ++i) {
             QCPGraph* const graph = m_plot.addGraph();
             graph->setPen(QPen(curveColor(i), 2));
@@ -64,27 +73,9 @@ public:
     void finishFrame() override { m_plot.replot(QCustomPlot::rpQueuedRefresh); }
 
 private:
-    QCustomPlot m_plot;
+    barePlot_t m_plot;
     const double m_window;
     const double m_kept;
-};
-
-// A plot with nothing beside the plot area.
-class barePlot_t : public QCustomPlot
-{
-public:
-    barePlot_t()
-    {
-        setNotAntialiasedElements(QCP::aeAll);
-        plotLayout()->setMargins(QMargins());
-        axisRect()->setAutoMargins(QCP::msNone);
-        axisRect()->setMargins(QMargins());
-        axisRect()->setMinimumMargins(QMargins());
-        for (QCPAxis* axis : axisRect()->axes()) {
-            axis->setVisible(false);
-            axis->grid()->setVisible(false);
-        }
-    }
 };
 
 // The cells of a colour map, moved on as a whole instead of one by one.

@@ -54,20 +54,33 @@ private:
     std::size_t m_first = 0; // older ones are removed
 };
 
-class qwtContender_t : public contender_t
+// A plot with nothing but a canvas without a backing store of its own.
+class barePlot_t : public QwtPlot
 {
 public:
-    explicit qwtContender_t(const chartShape_t& shape)
-        : m_window(shape.window), m_kept(shape.kept), m_canvas(new QwtPlotCanvas(&m_plot))
+    barePlot_t() : m_canvas(new QwtPlotCanvas(this))
     {
         m_canvas->setFrameStyle(QFrame::NoFrame);
         m_canvas->setPaintAttribute(QwtPlotCanvas::BackingStore, false);
-        m_plot.setCanvas(m_canvas);
-        m_plot.setCanvasBackground(Qt::white);
-        m_plot.setAutoReplot(false);
-        for (int axis = 0; axis < QwtPlot::axisCnt; ++axis)
-            m_plot.enableAxis(axis, false);
-        m_plot.plotLayout()->setAlignCanvasToScales(true);
+        setCanvas(m_canvas);
+        setCanvasBackground(Qt::white);
+        setAutoReplot(false);
+        for (int axis = 0; axis < axisCnt; ++axis)
+            enableAxis(axis, false);
+        plotLayout()->setAlignCanvasToScales(true);
+    }
+
+    QWidget* plotArea() { return m_canvas; }
+
+private:
+    QwtPlotCanvas* const m_canvas; // child of the plot
+};
+
+class qwtContender_t : public contender_t
+{
+public:
+    explicit qwtContender_t(const chartShape_t& shape) : m_window(shape.window), m_kept(shape.kept)
+    {
         m_plot.setAxisScale(QwtPlot::yLeft, -shape.valueRange, shape.valueRange);
         for (int i = 0; i < shape.curves; ++i) {
             auto* const series = new streamSeries_t(shape.valueRange); // owned by the curve
@@ -82,7 +95,7 @@ public:
     }
 
     QWidget* window() override { return &m_plot; }
-    QWidget* plotArea() override { return m_canvas; }
+    QWidget* plotArea() override { return m_plot.plotArea(); }
 
     void addPoint(int curve, const sample_t& sample) override
     {
@@ -110,33 +123,10 @@ public:
     void finishFrame() override { m_plot.replot(); }
 
 private:
-    QwtPlot m_plot;
+    barePlot_t m_plot;
     const double m_window;
     const double m_kept;
-    QwtPlotCanvas* const m_canvas; // child of the plot
     std::vector<streamSeries_t*> m_series;
-};
-
-// A plot with nothing but a canvas without a backing store of its own.
-class barePlot_t : public QwtPlot
-{
-public:
-    barePlot_t() : m_canvas(new QwtPlotCanvas(this))
-    {
-        m_canvas->setFrameStyle(QFrame::NoFrame);
-        m_canvas->setPaintAttribute(QwtPlotCanvas::BackingStore, false);
-        setCanvas(m_canvas);
-        setCanvasBackground(Qt::white);
-        setAutoReplot(false);
-        for (int axis = 0; axis < axisCnt; ++axis)
-            enableAxis(axis, false);
-        plotLayout()->setAlignCanvasToScales(true);
-    }
-
-    QWidget* plotArea() { return m_canvas; }
-
-private:
-    QwtPlotCanvas* const m_canvas; // child of the plot
 };
 
 // The lines as a ring, which the spectrogram asks for the value of each pixel.

@@ -14,6 +14,7 @@
 #include <QPixmap>
 #include <QScreen>
 #include <QWindow>
+#include <algorithm>
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
@@ -28,11 +29,12 @@ namespace {
 const int framesPerBlock = 5;     // between two looks at the clock
 const double warmUpSeconds = 0.1; // CPU time that isn't counted
 
+// What the command line says.
 struct options_t
 {
-    double seconds = 1.0;  // CPU time to measure for
-    double noise = 0.02;   // of the amplitude of the swell
-    int checkedFrames = 0; // instead of timing, digests of this many pictures
+    double seconds;    // CPU time to measure for
+    double noise;      // of the amplitude of the swell
+    int checkedFrames; // instead of timing, digests of this many pictures; 0: timing
 };
 
 [[noreturn]] void fail(const char* message)
@@ -448,10 +450,8 @@ int main(int argc, char** argv)
     parser.addPositionalArgument("workload", "S1, S1-empty, S2, S3-10k, W1, H1 and so on.");
     parser.process(application);
 
-    options_t options;
-    options.seconds = number(parser, "seconds");
-    options.noise = number(parser, "noise");
-    options.checkedFrames = static_cast<int>(number(parser, "check"));
+    const options_t options{number(parser, "seconds"), number(parser, "noise"),
+                            static_cast<int>(number(parser, "check"))};
     const std::map<std::string, workload_t> known = workloads();
     const QStringList names = parser.positionalArguments();
     const auto workload = known.find(names.value(0).toStdString());
