@@ -1,6 +1,7 @@
 // Colouring samples: both colourers, one sample at a time and in batches, beside a plain look-up of
 // indices that were computed before. Needs no display.
-#include <QGuiApplication>
+#include "runBenchmarks.h"
+
 #include <algorithm>
 #include <benchmark/benchmark.h>
 #include <cmath>
@@ -156,12 +157,5 @@ BENCHMARK_TEMPLATE(lookUpOnly, cycleColorer_t);
 
 int main(int argc, char** argv)
 {
-    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-    QGuiApplication application(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    if (benchmark::ReportUnrecognizedArguments(argc, argv))
-        return 1;
-    benchmark::RunSpecifiedBenchmarks();
-    return 0;
+    return runBenchmarks(argc, argv);
 }

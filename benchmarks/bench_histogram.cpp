@@ -1,6 +1,7 @@
 // Histograms of 1000 x 400 pixels and 1000 bins: taking samples, counting them in other bins, and
 // painting what is counted. Draws on an image; needs no display.
-#include <QApplication>
+#include "runBenchmarks.h"
+
 #include <QImage>
 #include <benchmark/benchmark.h>
 #include <cstdint>
@@ -107,12 +108,5 @@ BENCHMARK(paintCounted)->Unit(benchmark::kMillisecond);
 
 int main(int argc, char** argv)
 {
-    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM") && !qEnvironmentVariableIsSet("DISPLAY"))
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-    QApplication application(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    if (benchmark::ReportUnrecognizedArguments(argc, argv))
-        return 1;
-    benchmark::RunSpecifiedBenchmarks();
-    return 0;
+    return runBenchmarks(argc, argv);
 }

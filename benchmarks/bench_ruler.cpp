@@ -1,7 +1,9 @@
 // Rulers: frames of a ruler on screen whose range changes, the tick search by itself beside one
 // that makes and measures every label, and ranges that have no ticks. Needs no display: without one
 // it runs on Qt's offscreen platform.
-#include <QApplication>
+#include "runBenchmarks.h"
+
+#include <QCoreApplication>
 #include <QWindow>
 #include <benchmark/benchmark.h>
 #include <cmath>
@@ -208,12 +210,5 @@ BENCHMARK(searchWithOddBase)->Unit(benchmark::kMillisecond);
 
 int main(int argc, char** argv)
 {
-    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM") && !qEnvironmentVariableIsSet("DISPLAY"))
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-    QApplication application(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    if (benchmark::ReportUnrecognizedArguments(argc, argv))
-        return 1;
-    benchmark::RunSpecifiedBenchmarks();
-    return 0;
+    return runBenchmarks(argc, argv);
 }

@@ -1,8 +1,10 @@
 // Strip charts, operation by operation: adding, asking for extremes, autoscale, scrolling and
 // repainting at several lengths of history. Needs no display: without one it runs on Qt's offscreen
 // platform. ZORBIN_QT_STRIPCHART_TYPE=gl measures the OpenGL back end.
-#include <QApplication>
+#include "runBenchmarks.h"
+
 #include <QColor>
+#include <QCoreApplication>
 #include <QEvent>
 #include <QLayout>
 #include <QWindow>
@@ -259,13 +261,7 @@ BENCHMARK(fullRepaint)
 
 int main(int argc, char** argv)
 {
-    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM") && !qEnvironmentVariableIsSet("DISPLAY"))
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-    QApplication application(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    if (benchmark::ReportUnrecognizedArguments(argc, argv))
-        return 1;
-    benchmark::AddCustomContext("back_end", stripChartImpl_t::implementationType());
-    benchmark::RunSpecifiedBenchmarks();
-    return 0;
+    return runBenchmarks(argc, argv, [] {
+        benchmark::AddCustomContext("back_end", stripChartImpl_t::implementationType());
+    });
 }

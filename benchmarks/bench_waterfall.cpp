@@ -2,7 +2,9 @@
 // and long moves, other bounds, other sizes, full repaints; and how fast memory takes as many
 // pixels. Frames are painted on screen. Needs no display: without one it runs on Qt's offscreen
 // platform.
-#include <QApplication>
+#include "runBenchmarks.h"
+
+#include <QCoreApplication>
 #include <QWindow>
 #include <algorithm>
 #include <benchmark/benchmark.h>
@@ -175,12 +177,5 @@ BENCHMARK(copyPixels)
 
 int main(int argc, char** argv)
 {
-    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM") && !qEnvironmentVariableIsSet("DISPLAY"))
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-    QApplication application(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    if (benchmark::ReportUnrecognizedArguments(argc, argv))
-        return 1;
-    benchmark::RunSpecifiedBenchmarks();
-    return 0;
+    return runBenchmarks(argc, argv);
 }

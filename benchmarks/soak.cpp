@@ -2,11 +2,11 @@
 // a second, with gaps, steps and spikes in the data. Prints memory and the cost of a frame for
 // every hour; both are to stay as they are once the kept history is full. Fails if memory doesn't.
 // Needs no display: without one it runs on Qt's offscreen platform.
+#include "linesModel.h"
 #include "palette.h"
 #include "rangeColorer.h"
 #include "stripChart.h"
 #include "stripChartCurve.h"
-#include "waterfallModel.h"
 #include "waterfallRenderer.h"
 #include "waterfallView.h"
 
@@ -18,6 +18,7 @@
 #include <array>
 #include <cmath>
 #include <cstdio>
+#include <cstdlib>
 #include <ctime>
 #include <deque>
 #include <fstream>
@@ -47,34 +48,6 @@ struct options_t
 {
     double hours = 24.0;
     double wallSeconds = std::numeric_limits<double>::infinity();
-};
-
-// Lines of levels, the newest KEPT seconds of them.
-class linesModel_t : public baseWaterfallModel_t
-{
-public:
-    void add(std::vector<float> line)
-    {
-        m_lines.push_back(std::move(line));
-        _addItem();
-        if (m_lines.size() > static_cast<std::size_t>(KEPT * LINE_RATE))
-            dropItem();
-    }
-
-    bool dropItem() override
-    {
-        m_lines.pop_front();
-        _dropItem();
-        return true;
-    }
-
-    const std::vector<float>& line(int index) const
-    {
-        return m_lines[static_cast<std::size_t>(index - begin())];
-    }
-
-private:
-    std::deque<std::vector<float>> m_lines;
 };
 
 class linesRenderer_t : public baseWaterfallRenderer_t
@@ -199,7 +172,7 @@ private:
     std::vector<stripChart_t*> m_charts;
     std::vector<curve_t> m_curves;
     std::minstd_rand m_random;
-    linesModel_t m_model;
+    linesModel_t m_model{static_cast<std::size_t>(KEPT * LINE_RATE)};
     linesRenderer_t m_renderer;
     baseWaterfallView_t m_waterfall;
 };

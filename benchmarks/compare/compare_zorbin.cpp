@@ -1,4 +1,5 @@
 // This library, used as in an application; nothing is tuned.
+#include "../linesModel.h"
 #include "contender.h"
 
 #include <QVBoxLayout>
@@ -8,7 +9,6 @@
 #include <histogram.h>
 #include <stripChart.h>
 #include <stripChartCurve.h>
-#include <waterfallModel.h>
 #include <waterfallRenderer.h>
 #include <waterfallView.h>
 
@@ -68,34 +68,6 @@ private:
     std::vector<stripChartCurve_t*> m_curves; // owned by the chart
 };
 
-// The lines that are on show.
-class linesModel_t : public baseWaterfallModel_t
-{
-public:
-    void add(const float* values)
-    {
-        m_lines.emplace_back(values, values + plotWidth);
-        _addItem();
-        if (m_lines.size() > plotHeight)
-            dropItem();
-    }
-
-    bool dropItem() override
-    {
-        m_lines.pop_front();
-        _dropItem();
-        return true;
-    }
-
-    const std::vector<float>& line(int index) const
-    {
-        return m_lines[static_cast<std::size_t>(index - begin())];
-    }
-
-private:
-    std::deque<std::vector<float>> m_lines;
-};
-
 class linesRenderer_t : public baseWaterfallRenderer_t
 {
 public:
@@ -120,11 +92,14 @@ public:
 
     QWidget* window() override { return &m_view; }
     QWidget* plotArea() override { return &m_view; }
-    void addLine(const float* values) override { m_model.add(values); }
+    void addLine(const float* values) override
+    {
+        m_model.add(std::vector<float>(values, values + plotWidth));
+    }
     void finishFrame() override {}
 
 private:
-    linesModel_t m_model;
+    linesModel_t m_model{plotHeight}; // what is on show
     linesRenderer_t m_renderer;
     baseWaterfallView_t m_view;
 };
