@@ -39,10 +39,11 @@ public:
 
     void addPoints(int curve, const sample_t* first, int count) override
     {
+        const QColor color = curveColor(curve);
         std::vector<plainCurve_t::point_t> points;
         points.reserve(static_cast<std::size_t>(count));
         for (int i = 0; i < count; ++i)
-            points.push_back({first[i].time, first[i].value, curveColor(curve)});
+            points.push_back({first[i].time, first[i].value, color});
         m_chart->addPoints(curve, points);
     }
 

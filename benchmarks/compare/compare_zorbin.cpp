@@ -53,9 +53,10 @@ public:
 
     void addPoints(int curve, const sample_t* first, int count) override
     {
+        const QColor color = curveColor(curve);
         std::deque<stripChartCurve_t::point_t> points;
         for (int i = 0; i < count; ++i)
-            points.emplace_back(first[i].time, first[i].value, curveColor(curve));
+            points.emplace_back(first[i].time, first[i].value, color);
         m_curves[static_cast<std::size_t>(curve)]->addPoints(std::move(points));
     }
 

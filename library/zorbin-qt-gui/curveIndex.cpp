@@ -136,7 +136,7 @@ void curveIndex_t::dropOldest(const points_t& points, size_t count)
         forgetWindow(); // an empty curve has other extremes than an empty window
     } else if (count > fewPoints) {
         blocksChanged(points[count - 1].time);
-    } else {
+    } else if (!(points[count - 1].time < m_window.from)) {
         for (size_t i = 0; i < count && m_window.known; ++i) {
             const point_t& point = points[i];
             const extremes_t& extremes = m_window.extremes;

@@ -5,6 +5,7 @@
 #include "stripChartImpl.h"
 
 #include <algorithm>
+#include <limits>
 #include <utility>
 
 namespace zorbin_qt_gui {
@@ -25,9 +26,9 @@ void registerBatchType()
     Q_UNUSED(isRegistered)
 }
 
-bool isLater(const batch_t& points, double time)
+double newestTime(const batch_t& points)
 {
-    return std::isfinite(time) && (points.empty() || time > points.back().time);
+    return points.empty() ? -std::numeric_limits<double>::infinity() : points.back().time;
 }
 
 // Runs what may call the application's slots, which may delete the curve. Returns whether it is
@@ -147,7 +148,7 @@ stripChartCurveRenderer_t* stripChartCurve_t::renderer()
 void stripChartCurve_t::addPoint(double time_, double value_, QColor color_)
 {
     auto& points = m_d->points;
-    if (!isLater(points, time_))
+    if (!(std::isfinite(time_) && time_ > newestTime(points)))
         return;
     const double fromTime = points.empty() ? time_ : points.back().time;
     points.emplace_back(time_, value_, color_);
@@ -164,13 +165,15 @@ void stripChartCurve_t::addPoints(std::deque<point_t> points_)
 {
     auto& points = m_d->points;
     const size_t sizeBefore = points.size();
-    double fromTime = points.empty() ? 0.0 : points.back().time;
+    double newest = newestTime(points);
+    double fromTime = newest;
     for (const point_t& point : points_) {
-        if (!isLater(points, point.time))
+        if (!(std::isfinite(point.time) && point.time > newest))
             continue;
         if (points.empty())
             fromTime = point.time;
         points.push_back(point);
+        newest = point.time;
         m_d->index->pointAdded(point.time, point.value);
     }
     if (points.size() != sizeBefore)

@@ -64,28 +64,35 @@ void stripChartCurveRenderer_t::prunePoints()
     auto& points = m_d->points;
     if (points.empty())
         return;
-    const double cutoff = points.back().time - m_d->duration;
-    const double fromTime = points.front().time;
-    double toTime = fromTime;
-    auto kept = points.begin();
+    // From here on it is faster to search for them, and to remove them at once.
+    constexpr size_t manyPoints = 4;
+
+    // A negative duration drops every point: they are older than a cut-off in the future. With
+    // times so large that adding the duration is lost in rounding, the cut-off wouldn't say so.
+    // Otherwise the newest point stays.
+    size_t dropped = 0;
     if (m_d->duration < 0.0) {
-        // Every point is older than a cut-off in the future; with times so large that adding the
-        // duration is lost in rounding, the cut-off wouldn't say so.
-        toTime = points.back().time;
-        kept = points.end();
+        dropped = points.size();
     } else {
-        while (kept != points.end() && kept->time < cutoff)
-            toTime = (kept++)->time;
-        if (kept != points.end())
-            toTime = kept->time;
+        const double cutoff = points.back().time - m_d->duration;
+        while (dropped < manyPoints && points[dropped].time < cutoff)
+            ++dropped;
+        if (dropped == manyPoints)
+            dropped = firstNotBefore(points, cutoff);
     }
-    if (kept == points.begin())
+    if (dropped == 0)
         return;
 
-    const auto count = static_cast<unsigned>(kept - points.begin());
-    m_d->index->dropOldest(points, count);
-    for (unsigned i = 0; i < count; ++i)
-        points.pop_front();
+    const double fromTime = points.front().time;
+    const double toTime = points[std::min(dropped, points.size() - 1)].time;
+    m_d->index->dropOldest(points, dropped);
+    if (dropped < manyPoints) {
+        for (size_t i = 0; i < dropped; ++i)
+            points.pop_front();
+    } else {
+        points.erase(points.begin(), points.begin() + static_cast<std::ptrdiff_t>(dropped));
+    }
+    const auto count = static_cast<unsigned>(dropped);
     m_d->outgoingCount -= static_cast<qint32>(count);
     maybeDestroySegments();
     if (m_d->outgoingCount < 0) {
