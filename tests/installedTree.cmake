@@ -1,5 +1,5 @@
 # Tests of what others get: the exported names, the installed tree, and programs built against it
-# (tests/consumer).
+# (tests/consumer). .ci/run leaves out those labelled siteBuild or consumer where they say nothing new.
 find_program(PKG_CONFIG_EXECUTABLE pkg-config REQUIRED)
 set(check_library ${CMAKE_CURRENT_SOURCE_DIR}/consumer/checkLibrary)
 set(install_tree ${CMAKE_CURRENT_SOURCE_DIR}/consumer/installTree)
@@ -37,7 +37,8 @@ add_test(NAME consumerWithSources
             -DZORBIN_QT_MAJOR=${ZORBIN_QT_MAJOR} -DZORBIN_COMPANIONS=${ZORBIN_COMPANIONS})
 set_tests_properties(consumerWithSources PROPERTIES LABELS siteBuild)
 set_tests_properties(consumerThroughCMake consumerThroughPkgConfig PROPERTIES
-    FIXTURES_REQUIRED installedTree)
+    FIXTURES_REQUIRED installedTree
+    LABELS consumer)
 
 add_test(NAME exportedNames_zorbin-qt-gui
     COMMAND ${check_library} $<TARGET_FILE:zorbin-qt-gui>
@@ -80,7 +81,6 @@ if(ZORBIN_COMPANIONS STREQUAL "bundled")
     set_tests_properties(consumerWithInstalledCompanions PROPERTIES
         FIXTURES_REQUIRED "companions;site"
         ENVIRONMENT CMAKE_PREFIX_PATH=${site_prefix}:${companions})
-    # .ci/run leaves out such builds where they say nothing new.
     set_tests_properties(libraryWithInstalledCompanions consumerWithInstalledCompanions PROPERTIES
         LABELS siteBuild)
 endif()
