@@ -45,7 +45,7 @@ readResult_t testLine()
 sonarRecord_t testSonar()
 {
     sonarRecord_t record;
-    record.slantRange = SWATH;
+    record.extent = {-SWATH, SWATH, 2};
     for (int second = 0; second < 60; ++second)
         record.pings.push_back({double(second), {-10.0F, -20.0F}});
     return record;

@@ -55,7 +55,7 @@ readResult_t testLine()
 sonarRecord_t testSonar()
 {
     sonarRecord_t record;
-    record.slantRange = 30.0;
+    record.extent = {-30.0, 30.0, 2};
     record.pings.push_back({0.0, {-10.0F, -20.0F}});
     return record;
 }

@@ -30,7 +30,7 @@ const int COUNT = 100;
 sonarRecord_t testRecord()
 {
     sonarRecord_t record;
-    record.slantRange = 40.0;
+    record.extent = {-40.0, 40.0, 8};
     for (int i = 0; i < COUNT; ++i)
         record.pings.push_back({START + i * PERIOD, std::vector<float>(8, static_cast<float>(-i))});
     return record;
@@ -200,7 +200,7 @@ std::vector<QRgb> lineOf(const std::vector<float>& levels, double beg, double en
 {
     pingModel_t model;
     model.addPing({START, levels});
-    pingRenderer_t renderer(40.0);
+    pingRenderer_t renderer({-40.0, 40.0, static_cast<int>(levels.size())});
     setGreys(&renderer);
     renderer.setLevels(-256.0F, 0.0F); // a level's grey is 256 more
     std::vector<QRgb> pixels(numPixels, qRgb(255, 0, 0));
@@ -241,7 +241,7 @@ void tst_sonarPanel::leavesPixelsBeyondTheSwath()
 
 void tst_sonarPanel::colorsFollowTheLevels()
 {
-    pingRenderer_t renderer(40.0);
+    pingRenderer_t renderer({-40.0, 40.0, 3});
     QSignalSpy changed(&renderer, &pingRenderer_t::rendererChanged);
     setGreys(&renderer);
     renderer.setLevels(-20.0F, -10.0F);

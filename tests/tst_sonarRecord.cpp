@@ -4,12 +4,14 @@
 #include <QFile>
 #include <QTemporaryDir>
 #include <QTest>
+#include <cmath>
 
 using namespace survey_console;
 
 namespace {
 
 const char WRECK[] = EXAMPLE_DATA "/scotsman-sidescan/sidescan-600khz.pgm";
+const char RIVER[] = EXAMPLE_DATA "/leesferry-echosounder/echosounder-%1khz.pgm";
 const double START = 1378847588.0; // 2013-09-10 21:13:08 UTC
 
 bool writeFile(const QString& path, const QByteArray& content)
@@ -31,13 +33,23 @@ QByteArray table()
            "1,2013-09-10T21:13:08.50Z,30\n";
 }
 
+// Of an echosounder. The second ping has two samples; a third one but fills its row.
+QByteArray echogramTable()
+{
+    return "ping,time_utc,depth_m,frequency_hz,samples,sample_spacing_m\n"
+           "0,2013-09-10T21:13:08.00Z,1.8,200000,3,0.02\n"
+           "1,2013-09-10T21:13:08.50Z,2.1,200000,2,0.02\n";
+}
+
 } // namespace
 
 class tst_sonarRecord : public QObject
 {
     Q_OBJECT
 private:
+    QString write(const QByteArray& picture, const QByteArray& table);
     sonarResult_t read(const QByteArray& picture, const QByteArray& table);
+    sonarResult_t readEcho(const QByteArray& picture, const QByteArray& table);
 
     QTemporaryDir m_directory;
 
@@ -55,14 +67,39 @@ private Q_SLOTS:
     void refusesWhatIsNoFile();
     void survivesAnyCut();
     void survivesAnyDamage();
+    // of an echosounder
+    void readsEchoes();
+    void readsEchoesOfSixteenBits();
+    void readsTheRiver_data();
+    void readsTheRiver();
+    void cutsOffWhatFillsARow();
+    void leavesOutDamagedEchoes_data();
+    void leavesOutDamagedEchoes();
+    void keepsEchoesWithoutASoundDepth_data();
+    void keepsEchoesWithoutASoundDepth();
+    void readsWithoutWhatMayBeMissing();
+    void refusesBadTablesOfEchoes_data();
+    void refusesBadTablesOfEchoes();
+    void survivesAnyDamageToEchoes();
 };
 
-sonarResult_t tst_sonarRecord::read(const QByteArray& picture, const QByteArray& table)
+// The path of the picture, empty if it can't be written.
+QString tst_sonarRecord::write(const QByteArray& picture, const QByteArray& table)
 {
     const QString path = m_directory.filePath("record.pgm");
     if (!writeFile(path, picture) || !writeFile(m_directory.filePath("record.csv"), table))
-        return {sonarRecord_t(), "cannot write"};
-    return readSonarRecord(path);
+        return QString();
+    return path;
+}
+
+sonarResult_t tst_sonarRecord::read(const QByteArray& picture, const QByteArray& table)
+{
+    return readSonarRecord(write(picture, table));
+}
+
+sonarResult_t tst_sonarRecord::readEcho(const QByteArray& picture, const QByteArray& table)
+{
+    return readEchogram(write(picture, table));
 }
 
 void tst_sonarRecord::readsPings()
@@ -70,7 +107,11 @@ void tst_sonarRecord::readsPings()
     const sonarResult_t result = read(picture(), table());
     QCOMPARE(result.error, QString());
     const sonarRecord_t& record = result.record;
-    QCOMPARE(record.slantRange, 30.0);
+    QCOMPARE(record.extent.begin, -30.0);
+    QCOMPARE(record.extent.end, 30.0);
+    QCOMPARE(record.extent.count, 3);
+    QCOMPARE(record.fullLevel, 0.0F);
+    QVERIFY(std::isnan(record.pings[0].depth));
     QCOMPARE(record.damaged, 0);
     QCOMPARE(record.pings.size(), std::size_t(2));
     QCOMPARE(record.pings[0].time, START);
@@ -98,7 +139,8 @@ void tst_sonarRecord::readsTheRecordOfTheExample()
     QCOMPARE(result.error, QString());
     QCOMPARE(result.record.pings.size(), std::size_t(461));
     QCOMPARE(result.record.damaged, 0);
-    QCOMPARE(result.record.slantRange, 29.9835);
+    QCOMPARE(result.record.extent.begin, -29.9835);
+    QCOMPARE(result.record.extent.end, 29.9835);
     QCOMPARE(result.record.pings.front().time, START);
     QCOMPARE(result.record.pings.front().levels.size(), std::size_t(1024));
 }
@@ -239,6 +281,179 @@ void tst_sonarRecord::survivesAnyDamage()
             QCOMPARE(ping.levels.size(), result.record.pings.front().levels.size());
             for (const float level : ping.levels)
                 QVERIFY(level >= MIN_LEVEL && level <= 0.0F);
+        }
+    }
+}
+
+void tst_sonarRecord::readsEchoes()
+{
+    const sonarResult_t result = readEcho(picture(), echogramTable());
+    QCOMPARE(result.error, QString());
+    const sonarRecord_t& record = result.record;
+    QCOMPARE(record.extent.begin, 0.0);
+    QCOMPARE(record.extent.end, 0.06);
+    QCOMPARE(record.extent.count, 3);
+    QCOMPARE(record.extent.perMetre(), 50.0);
+    QCOMPARE(record.fullLevel, 255.0F);
+    QCOMPARE(record.frequency, 200000.0);
+    QCOMPARE(record.damaged, 0);
+    QCOMPARE(record.pings.size(), std::size_t(2));
+    QCOMPARE(record.pings[0].time, START);
+    QCOMPARE(record.pings[0].depth, 1.8);
+    QCOMPARE(record.pings[0].levels, std::vector<float>({0.0F, 255.0F, 128.0F}));
+    QCOMPARE(record.pings[1].time, START + 0.5);
+    QCOMPARE(record.pings[1].depth, 2.1);
+}
+
+void tst_sonarRecord::readsEchoesOfSixteenBits()
+{
+    const sonarResult_t result = readEcho(
+        QByteArray("P5\n3 1\n1000\n") + QByteArray("\x01\x00\x03\xe8\xff\xff", 6), echogramTable());
+    QCOMPARE(result.error, QString());
+    QCOMPARE(result.record.fullLevel, 1000.0F);
+    QCOMPARE(result.record.pings[0].levels,
+             std::vector<float>({256.0F, 1000.0F, 1000.0F})); // more than the greatest
+}
+
+void tst_sonarRecord::readsTheRiver_data()
+{
+    QTest::addColumn<int>("kilohertz");
+    QTest::addColumn<int>("ping");
+    QTest::addColumn<double>("time"); // s after 2013-10-24 23:28:44 UTC
+    QTest::addColumn<double>("depth");
+    QTest::addColumn<int>("samples");
+    QTest::addColumn<int>("sample");
+    QTest::addColumn<float>("level");
+    // Read off the files by other means.
+    QTest::newRow("first") << 200 << 0 << 0.0 << 1.8 << 1479 << 0 << 226.0F;
+    QTest::newRow("last sample of the first") << 200 << 0 << 0.0 << 1.8 << 1479 << 1478 << 63.0F;
+    QTest::newRow("bottom") << 200 << 600 << 52.06 << 5.8 << 1495 << 310 << 230.0F;
+    QTest::newRow("shallow") << 200 << 1150 << 100.215 << 2.4 << 1495 << 77 << 120.0F;
+    QTest::newRow("last") << 200 << 1726 << 150.617 << 5.7 << 1550 << 1549 << 50.0F;
+    QTest::newRow("83 kHz: first") << 83 << 0 << 0.041 << 1.8 << 1479 << 0 << 255.0F;
+    QTest::newRow("83 kHz: middle") << 83 << 900 << 78.394 << 4.9 << 1495 << 250 << 127.0F;
+    QTest::newRow("83 kHz: last") << 83 << 1725 << 150.573 << 5.7 << 1550 << 1549 << 77.0F;
+}
+
+void tst_sonarRecord::readsTheRiver()
+{
+    QFETCH(int, kilohertz);
+    QFETCH(int, ping);
+    QFETCH(double, time);
+    QFETCH(double, depth);
+    QFETCH(int, samples);
+    QFETCH(int, sample);
+    QFETCH(float, level);
+    const sonarResult_t result = readEchogram(QString(RIVER).arg(kilohertz));
+    QCOMPARE(result.error, QString());
+    QCOMPARE(result.record.pings.size(), std::size_t(kilohertz == 200 ? 1727 : 1726));
+    QCOMPARE(result.record.damaged, 0);
+    QCOMPARE(result.record.frequency, kilohertz * 1000.0);
+    QCOMPARE(result.record.fullLevel, 255.0F);
+    QCOMPARE(result.record.extent.end, 1550 * 0.0187);
+    const ping_t& echoes = result.record.pings[static_cast<std::size_t>(ping)];
+    QCOMPARE(echoes.time, 1382657324.0 + time);
+    QCOMPARE(echoes.depth, depth);
+    QCOMPARE(static_cast<int>(echoes.levels.size()), samples);
+    QCOMPARE(echoes.levels[static_cast<std::size_t>(sample)], level);
+}
+
+void tst_sonarRecord::cutsOffWhatFillsARow()
+{
+    const sonarResult_t result = readEcho(picture(), echogramTable());
+    QCOMPARE(result.record.pings[1].levels, std::vector<float>({1.0F, 2.0F})); // 3 fills the row
+}
+
+void tst_sonarRecord::leavesOutDamagedEchoes_data()
+{
+    QTest::addColumn<QByteArray>("pings");
+    QTest::addColumn<QByteArray>("rows");
+    QTest::newRow("picture cut off") << picture().chopped(1) << echogramTable();
+    QTest::newRow("no time") << picture() << echogramTable().replace("2013-09-10T21:13:08.00Z", "");
+    QTest::newRow("time going back") << picture() << echogramTable().replace("08.50Z", "07.50Z");
+    const auto withSamples = [](const QByteArray& samples) {
+        return echogramTable().replace(",2,0.02", "," + samples + ",0.02");
+    };
+    for (const char* samples : {"", "0", "-1", "4", "1.5", "nan", "4294967298"})
+        QTest::addRow("samples '%s'", samples) << picture() << withSamples(samples);
+    const auto withSpacing = [](const QByteArray& spacing) {
+        return echogramTable().replace(",2,0.02", ",2," + spacing);
+    };
+    for (const char* spacing : {"", "0", "-0.02", "nan", "inf", "10.1", "0.03"})
+        QTest::addRow("spacing '%s'", spacing) << picture() << withSpacing(spacing);
+}
+
+void tst_sonarRecord::leavesOutDamagedEchoes()
+{
+    QFETCH(QByteArray, pings);
+    QFETCH(QByteArray, rows);
+    const sonarResult_t result = readEcho(pings, rows);
+    QCOMPARE(result.error, QString());
+    QCOMPARE(result.record.pings.size(), std::size_t(1));
+    QCOMPARE(result.record.damaged, 1);
+}
+
+void tst_sonarRecord::keepsEchoesWithoutASoundDepth_data()
+{
+    QTest::addColumn<QByteArray>("depth");
+    for (const char* depth : {"", "-0.1", "nan", "inf", "12001", "deep"})
+        QTest::addRow("'%s'", depth) << QByteArray(depth);
+}
+
+void tst_sonarRecord::keepsEchoesWithoutASoundDepth()
+{
+    QFETCH(QByteArray, depth);
+    const sonarResult_t result =
+        readEcho(picture(), echogramTable().replace(",2.1,", "," + depth + ","));
+    QCOMPARE(result.record.pings.size(), std::size_t(2));
+    QCOMPARE(result.record.damaged, 0);
+    QVERIFY(std::isnan(result.record.pings[1].depth));
+}
+
+void tst_sonarRecord::readsWithoutWhatMayBeMissing()
+{
+    const sonarResult_t result =
+        readEcho(picture(), "sample_spacing_m,samples,time_utc\n0.02,3,2013-09-10T21:13:08Z\n");
+    QCOMPARE(result.error, QString());
+    QCOMPARE(result.record.pings.size(), std::size_t(1));
+    QCOMPARE(result.record.frequency, 0.0);
+    QVERIFY(std::isnan(result.record.pings[0].depth));
+}
+
+void tst_sonarRecord::refusesBadTablesOfEchoes_data()
+{
+    QTest::addColumn<QByteArray>("content");
+    QTest::newRow("empty") << QByteArray();
+    QTest::newRow("of a sidescan") << table();
+    for (const char* name : {"time_utc", "samples", "sample_spacing_m"}) {
+        QByteArray content = echogramTable();
+        const auto header = content.indexOf('\n');
+        content = content.left(header).replace(name, "other") + content.mid(header);
+        QTest::addRow("no %s", name) << content;
+    }
+}
+
+void tst_sonarRecord::refusesBadTablesOfEchoes()
+{
+    QFETCH(QByteArray, content);
+    QCOMPARE(readEcho(picture(), content).error,
+             QStringLiteral("'%1/record.csv' is no table of pings").arg(m_directory.path()));
+}
+
+void tst_sonarRecord::survivesAnyDamageToEchoes()
+{
+    random_t random;
+    for (int round = 0; round < 500; ++round) {
+        QByteArray damaged = echogramTable();
+        for (int i = random.integer(1, 4); i > 0; --i)
+            damaged[random.integer(0, static_cast<int>(damaged.size()) - 1)] =
+                static_cast<char>(random.integer(0, 255));
+        const sonarResult_t result = readEcho(picture(), damaged);
+        QCOMPARE(result.record.pings.empty(), !result.error.isEmpty());
+        for (const ping_t& ping : result.record.pings) {
+            QVERIFY(!ping.levels.empty() && ping.levels.size() <= 3);
+            QVERIFY(result.record.extent.perMetre() > 0.0);
+            QVERIFY(std::isnan(ping.depth) || ping.depth >= 0.0);
         }
     }
 }

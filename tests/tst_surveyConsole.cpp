@@ -85,7 +85,7 @@ readResult_t testLine()
 sonarRecord_t testSonar()
 {
     sonarRecord_t record;
-    record.slantRange = 30.0;
+    record.extent = {-30.0, 30.0, 2};
     for (int second = 0; second < 60; ++second)
         record.pings.push_back({START + second, {-10.0F, -20.0F}});
     return record;

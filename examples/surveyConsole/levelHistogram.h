@@ -3,13 +3,13 @@
 
 namespace survey_console {
 
-/// A histogram of levels in dB on which the user drags the range that the colours are stretched
-/// over. The range is highlighted.
+/// A histogram of levels on which the user drags the range that the colours are stretched over. The
+/// range is highlighted.
 class levelHistogram_t : public zorbin_qt_gui::histogram_t
 {
     Q_OBJECT
 public:
-    static constexpr float MIN_SPAN = 1.0F; ///< dB, the smallest range that can be chosen
+    static constexpr float MIN_SPAN = 1.0F; ///< The smallest range that can be chosen.
 
     explicit levelHistogram_t(QWidget* parent = nullptr);
 
@@ -32,7 +32,7 @@ protected:
 private:
     float levelAt(int x) const;
 
-    float m_scaleMin = 0.0F; // dB
+    float m_scaleMin = 0.0F;
     float m_scaleMax = 1.0F;
     float m_min = 0.0F; // chosen
     float m_max = 1.0F;

@@ -575,7 +575,7 @@ void mainWindow_t::followData()
         for (const chartPanel_t* panel : m_chartPanels)
             panel->chart()->autoscaleValue(true);
     } else if (page() == PAGE_SONAR) {
-        m_sonarPanel->showWholeSwath();
+        m_sonarPanel->showWholeRange();
     }
 }
 

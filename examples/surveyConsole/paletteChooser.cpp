@@ -1,5 +1,6 @@
 #include "paletteChooser.h"
 #include "palette.h"
+#include "paletteBox.h"
 #include "texts.h"
 #include "theme.h"
 
@@ -22,22 +23,6 @@ const QSize ICON_SIZE(28, 12);
 const QSize SWATCH_SIZE(96, 10);
 const int NAME_WIDTH = 11; // of the palettes in the list, in widths of an X
 const int SWATCH_GAP = 1;  // pixels between the swatch and the values below it
-
-struct standard_t
-{
-    palette_t::standardPalette_t which;
-    const char* choice;
-    const char* name;
-};
-const standard_t STANDARDS[] = {
-    {palette_t::SP_BATHY, "bathy", QT_TRANSLATE_NOOP("paletteChooser_t", "Bathymetry")},
-    {palette_t::SP_IMAGERY, "imagery", QT_TRANSLATE_NOOP("paletteChooser_t", "Imagery")},
-    {palette_t::SP_INTENSITY, "intensity", QT_TRANSLATE_NOOP("paletteChooser_t", "Intensity")},
-    {palette_t::SP_SIDESCAN, "sidescan", QT_TRANSLATE_NOOP("paletteChooser_t", "Sidescan")},
-    {palette_t::SP_SUBBOTTOM, "subbottom", QT_TRANSLATE_NOOP("paletteChooser_t", "Sub-bottom")},
-    {palette_t::SP_WATERCOLUMN, "watercolumn",
-     QT_TRANSLATE_NOOP("paletteChooser_t", "Water column")},
-};
 
 // Turning the wheel over it, on the way to something else, changes nothing.
 class steadyBox_t : public QComboBox
@@ -109,13 +94,13 @@ paletteChooser_t::paletteChooser_t(const valueRange_t& range, const QString& uni
     m_box->addItem(tr("From file\u2026"));
     addPalette(tr("One colour"), QString::fromLatin1(ONE_COLOR), nullptr);
     QStringList unreadable;
-    for (const standard_t& standard : STANDARDS) {
+    for (const standardPalette_t& standard : standardPalettes()) {
         palette_t palette;
         if (palette.load(standard.which) && !palette.colorTable().empty())
-            addPalette(tr(standard.name), QString::fromLatin1(standard.choice),
+            addPalette(paletteBox_t::tr(standard.name), QString::fromLatin1(standard.choice),
                        curvePalette(palette));
         else
-            unreadable += tr(standard.name);
+            unreadable += paletteBox_t::tr(standard.name);
     }
     chooseOneColor(oneColor);
     if (m_palettes.size() == 1)

@@ -15,14 +15,16 @@ public:
     /// Both must outlive the player; \p record holds at least one ping.
     pingPlayer_t(const sonarRecord_t& record, pingModel_t* model, QObject* parent = nullptr);
 
+    /// Goes over to another record, which must likewise outlive the player, and empties the model.
+    void play(const sonarRecord_t& record);
+
     /// Brings the model to where the record is \p seconds after its start: adds the pings that have
     /// come, or fills it anew when it has gone back or far ahead.
     void goTo(double seconds);
 
 private:
-    const sonarRecord_t& m_record;
+    const sonarRecord_t* m_record;
     pingModel_t* const m_model;
-    double m_duration; // s, from one start to the next; positive
 };
 
 } // namespace survey_console

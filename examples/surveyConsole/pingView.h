@@ -5,7 +5,7 @@
 
 namespace survey_console {
 
-/// A waterfall of sonar pings. Its data axis is metres across the track, port negative.
+/// A waterfall of sonar pings. Its data axis is metres, as in extent_t.
 class pingView_t : public zorbin_qt_gui::baseWaterfallView_t
 {
     Q_OBJECT
