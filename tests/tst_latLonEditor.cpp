@@ -886,6 +886,10 @@ void tst_latLonEditor::connectsByNames()
     QVERIFY(!ownSelector(editor)->isHidden());
     QVERIFY(QMetaObject::invokeMethod(&editor, "handleFormatCBChanged", Q_ARG(int, 0)));
     QCOMPARE(editor.selectedFormat(), CF_D);
+    for (const int noChoice : {-1, 3}) {
+        QVERIFY(QMetaObject::invokeMethod(&editor, "handleFormatCBChanged", Q_ARG(int, noChoice)));
+        QCOMPARE(editor.selectedFormat(), CF_D);
+    }
     values.clear();
     QVERIFY(QMetaObject::invokeMethod(&editor, "handleValueChanged"));
     QCOMPARE(arguments(values), QList<double>{12.5});

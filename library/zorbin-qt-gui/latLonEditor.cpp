@@ -368,9 +368,11 @@ void latLonEditor_t::handleValueChanged()
         Q_EMIT valueChanged(v);
 }
 
+// For callers by name, with the index of any combo box; nothing here is connected to it.
 void latLonEditor_t::handleFormatCBChanged(int index_)
 {
-    setCoordinateFormat(static_cast<coordFormat_t>(index_));
+    if (index_ >= CF_D && index_ <= CF_DMS) // and not -1, which is no choice
+        setCoordinateFormat(static_cast<coordFormat_t>(index_));
 }
 
 // Sets the field up for the notation.
