@@ -27,7 +27,8 @@ using namespace survey_console;
 
 namespace {
 
-const double SWATH = 30.0; // m
+const double SWATH = 30.0;  // m
+const double DEPTHS = 40.0; // m
 
 // Ten minutes: depth, heading and position once a second.
 readResult_t testLine()
@@ -51,6 +52,16 @@ sonarRecord_t testSonar()
     return record;
 }
 
+std::vector<echogram_t> testEchograms()
+{
+    sonarRecord_t record;
+    record.extent = {0.0, DEPTHS, 2};
+    record.fullLevel = 255.0F;
+    for (int second = 0; second < 60; ++second)
+        record.pings.push_back({double(second), {10.0F, 20.0F}, 5.0});
+    return {{"high", record}, {"low", record}};
+}
+
 // The console with all its pages, its time standing still.
 struct console_t
 {
@@ -59,6 +70,7 @@ struct console_t
     console_t()
     {
         window.addSonar("test sonar", testSonar());
+        window.addEchograms(testEchograms());
         window.addSurvey();
         window.recordings()->addFiles({EXAMPLE_DATA "/plaka-sailing/plaka-10min.log"});
         window.restore(consoleState_t());
@@ -130,6 +142,8 @@ private Q_SLOTS:
     void changesTheSpeedByKeys();
     void followsTheDataByItsKey();
     void showsTheWholeSwathByItsKey();
+    void showsTheWholeDepthByItsKey();
+    void setsTheEchogramByKeys();
     void answersCancelByEscape();
     void dismissesTheNewestNoticeByEscape();
     void typesWhatIsAKeyElsewhere();
@@ -164,8 +178,9 @@ void tst_consoleKeys::listsWhatTheKeysDo()
     const QStringList list = console.window.shortcuts();
     for (const char* line :
          {"Space\tPause or resume", "Left\tBack by 10 s", "End\tTo the end", "F10\tMenu",
-          "F3\tPage \u201cSurvey\u201d", "Ctrl+O\tOpen recording", "Ctrl+H\tKeyboard", "+\tFaster",
-          "A\tCharts: scales follow the data; sonar: the whole swath"})
+          "F3\tPage \u201cEchogram\u201d", "F4\tPage \u201cSurvey\u201d", "Ctrl+O\tOpen recording",
+          "Ctrl+H\tKeyboard", "+\tFaster",
+          "A\tCharts: scales follow the data; sonar and echogram: the whole range"})
         QVERIFY2(list.contains(QString::fromUtf8(line)), line);
     QStringList keys;
     for (const QString& line : list)
@@ -207,8 +222,10 @@ void tst_consoleKeys::turnsPagesByKeys()
 {
     console_t console;
     QVERIFY(console.isReady());
-    console.press(Qt::Key_F3);
+    console.press(Qt::Key_F4);
     QCOMPARE(console.window.page(), PAGE_SURVEY);
+    console.press(Qt::Key_F3);
+    QCOMPARE(console.window.page(), PAGE_ECHOGRAM);
     console.press(Qt::Key_F2);
     QCOMPARE(console.window.page(), PAGE_SONAR);
     console.press(Qt::Key_F1);
@@ -254,6 +271,39 @@ void tst_consoleKeys::showsTheWholeSwathByItsKey()
     QCOMPARE(view->begBound(), -SWATH);
     QCOMPARE(view->endBound(), SWATH);
     QVERIFY(!console.chart(0)->autoscaleValue()); // on a page that doesn't show
+}
+
+void tst_consoleKeys::showsTheWholeDepthByItsKey()
+{
+    console_t console;
+    QVERIFY(console.isReady());
+    auto* sonar = console.window.sonarPanel()->view();
+    sonar->bounds(-1.0, 1.0);
+    console.press(Qt::Key_F3);
+    auto* view = console.window.echogramPanel()->view();
+    view->bounds(1.0, 2.0);
+    console.press(Qt::Key_A);
+    QCOMPARE(view->begBound(), 0.0);
+    QCOMPARE(view->endBound(), DEPTHS);
+    QCOMPARE(sonar->endBound(), 1.0); // on a page that doesn't show
+}
+
+void tst_consoleKeys::setsTheEchogramByKeys()
+{
+    console_t console;
+    QVERIFY(console.isReady());
+    console.press(Qt::Key_F3);
+    auto* depth = console.find<QCheckBox>("depthBox");
+    depth->setFocus();
+    console.press(Qt::Key_Return);
+    QVERIFY(!console.window.echogramPanel()->showsDepth());
+    auto* beam = console.find<QComboBox>("beamBox");
+    beam->setFocus();
+    console.press(Qt::Key_Return);
+    QTRY_VERIFY(beam->view()->isVisible());
+    QTest::keyClick(beam->view(), Qt::Key_Down);
+    QTest::keyClick(beam->view(), Qt::Key_Return);
+    QTRY_COMPARE(console.window.echogramPanel()->beamChoice(), QStringLiteral("low"));
 }
 
 void tst_consoleKeys::answersCancelByEscape()
@@ -333,6 +383,7 @@ void tst_consoleKeys::tabGoesFromTheTopToTheBottom_data()
     QTest::addColumn<int>("page");
     QTest::newRow("charts") << int(PAGE_CHARTS);
     QTest::newRow("sonar") << int(PAGE_SONAR);
+    QTest::newRow("echogram") << int(PAGE_ECHOGRAM);
     QTest::newRow("survey") << int(PAGE_SURVEY);
 }
 

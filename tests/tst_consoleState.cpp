@@ -6,6 +6,7 @@
 #include "perception.h"
 #include "randomNumbers.h"
 
+#include <QCheckBox>
 #include <QComboBox>
 #include <QDir>
 #include <QDoubleSpinBox>
@@ -27,8 +28,10 @@ using zorbin_qt_gui::latLonEditor_t;
 namespace {
 
 const char* const KEYS[] = {
-    "window/geometry", "window/page",  "charts/depthPalette", "charts/timeSpan", "sonar/palette",
-    "survey/notation", "window/theme", "depth/alarm",         "speed/planned",   "replay/speed"};
+    "window/geometry", "window/page",      "charts/depthPalette", "charts/timeSpan",
+    "sonar/palette",   "echogram/palette", "echogram/beam",       "echogram/instrumentDepth",
+    "survey/notation", "window/theme",     "depth/alarm",         "speed/planned",
+    "replay/speed"};
 
 // A palette file of two colours.
 const char TWO_COLORS[] = "<palette><colorTable depth=\"24\"><color r=\"255\" g=\"0\" b=\"0\"/>"
@@ -60,6 +63,18 @@ sonarRecord_t testSonar()
     return record;
 }
 
+std::vector<echogram_t> testEchograms()
+{
+    sonarRecord_t record;
+    record.extent = {0.0, 10.0, 2};
+    record.fullLevel = 255.0F;
+    record.pings.push_back({0.0, {10.0F, 20.0F}, 5.0});
+    std::vector<echogram_t> echograms = {{"high", record}, {"low", record}};
+    echograms[0].record.frequency = 200000.0;
+    echograms[1].record.frequency = 83000.0;
+    return echograms;
+}
+
 // The console with all its pages.
 struct console_t
 {
@@ -68,6 +83,7 @@ struct console_t
     console_t()
     {
         window.addSonar("test sonar", testSonar());
+        window.addEchograms(testEchograms());
         window.addSurvey();
     }
     QComboBox* box(const char* name) { return window.findChild<QComboBox*>(name); }
@@ -90,6 +106,9 @@ consoleState_t otherState()
     state.page = PAGE_SURVEY;
     state.depthPalette = QStringLiteral("intensity");
     state.sonarPalette = QStringLiteral("imagery");
+    state.echogramPalette = QStringLiteral("intensity");
+    state.echogramBeam = QStringLiteral("83 kHz");
+    state.showsInstrumentDepth = false;
     state.coordFormat = latLonEditor_t::CF_DMS;
     state.speed = 7.5;
     state.timeSpan = 120.0;
@@ -104,6 +123,9 @@ void compare(const consoleState_t& state, const consoleState_t& wanted)
     QCOMPARE(state.page, wanted.page);
     QCOMPARE(state.depthPalette, wanted.depthPalette);
     QCOMPARE(state.sonarPalette, wanted.sonarPalette);
+    QCOMPARE(state.echogramPalette, wanted.echogramPalette);
+    QCOMPARE(state.echogramBeam, wanted.echogramBeam);
+    QCOMPARE(state.showsInstrumentDepth, wanted.showsInstrumentDepth);
     QCOMPARE(state.coordFormat, wanted.coordFormat);
     QCOMPARE(state.speed, wanted.speed);
     QCOMPARE(state.timeSpan, wanted.timeSpan);
@@ -185,6 +207,9 @@ void tst_consoleState::beginsWithoutSettings()
     QCOMPARE(state.page, PAGE_CHARTS);
     QCOMPARE(state.depthPalette, QStringLiteral("bathy"));
     QCOMPARE(state.sonarPalette, QStringLiteral("sidescan"));
+    QCOMPARE(state.echogramPalette, QStringLiteral("watercolumn"));
+    QCOMPARE(state.echogramBeam, QString());
+    QVERIFY(state.showsInstrumentDepth);
     QCOMPARE(state.coordFormat, latLonEditor_t::CF_DM);
     QCOMPARE(state.speed, 1.0);
     QCOMPARE(state.timeSpan, 300.0);
@@ -210,7 +235,8 @@ void tst_consoleState::takesBadValuesForMissingOnes_data()
         for (const char* number : {"-1", "1e300", "inf", "-inf", "nan", "fast", "2x"})
             add(key, number, number);
     }
-    for (const char* key : {"window/page", "survey/notation", "window/theme"}) {
+    for (const char* key :
+         {"window/page", "survey/notation", "window/theme", "echogram/instrumentDepth"}) {
         for (const char* name : {"0", "-1", "99", "Sonar", "charts,sonar"})
             add(key, name, name);
     }
@@ -255,6 +281,9 @@ void tst_consoleState::windowKeepsWhatTheUserChose()
     console.window.showPage(PAGE_SURVEY);
     console.choose(console.box("paletteBox"), QStringLiteral("Intensity"));
     console.choose(console.box("sonarPaletteBox"), QStringLiteral("Imagery"));
+    console.choose(console.box("echogramPaletteBox"), QStringLiteral("Intensity"));
+    console.choose(console.box("beamBox"), QStringLiteral("83 kHz"));
+    console.window.findChild<QCheckBox*>("depthBox")->setChecked(false);
     console.formatBox()->setCurrentIndex(latLonEditor_t::CF_DMS);
     console.window.clock()->setSpeed(7.5);
     console.choose(console.box("spanBox"), QStringLiteral("2 min"));
@@ -273,6 +302,9 @@ void tst_consoleState::windowRestoresWhatWasKept()
     QCOMPARE(console.window.findChild<QStackedWidget*>()->currentIndex(), int(PAGE_SURVEY));
     QCOMPARE(console.box("paletteBox")->currentText(), QStringLiteral("Intensity"));
     QCOMPARE(console.box("sonarPaletteBox")->currentText(), QStringLiteral("Imagery"));
+    QCOMPARE(console.box("echogramPaletteBox")->currentText(), QStringLiteral("Intensity"));
+    QCOMPARE(console.box("beamBox")->currentText(), QStringLiteral("83 kHz"));
+    QVERIFY(!console.window.findChild<QCheckBox*>("depthBox")->isChecked());
     QCOMPARE(console.formatBox()->currentIndex(), int(latLonEditor_t::CF_DMS));
     QCOMPARE(console.box("speedBox")->currentText(), QStringLiteral("7.5\u00d7"));
     QCOMPARE(console.box("spanBox")->currentText(), QStringLiteral("2 min"));
@@ -299,6 +331,8 @@ void tst_consoleState::windowIgnoresWhatIsNotThere()
     consoleState_t state;
     state.depthPalette = QStringLiteral("nothing like it");
     state.sonarPalette = QStringLiteral("bathy"); // is no choice there
+    state.echogramPalette = QStringLiteral("rainbow");
+    state.echogramBeam = QStringLiteral("38 kHz");
     state.timeSpan = 61.0;
     console_t console;
     console.window.restore(state);

@@ -31,6 +31,8 @@ const char SHIP[] = EXAMPLE_DATA "/nbp1406-underway/underway-10min.log";
 const char BOAT[] = EXAMPLE_DATA "/plaka-sailing/plaka-10min.log";
 const char SIDESCAN[] = EXAMPLE_DATA "/scotsman-sidescan/sidescan-600khz.pgm";
 
+const char ECHOES[] = EXAMPLE_DATA "/leesferry-echosounder/echosounder-%1khz.pgm";
+
 } // namespace
 
 // Goes through the whole console with the mouse and the keyboard, as an operator does on the first
@@ -70,6 +72,8 @@ private Q_SLOTS:
     void changesPage();
     void setsTheSounder();
     void isRefusedByTheSounder();
+    void looksAtTheEchogram();
+    void changesTheFrequency();
     void addsRecordings();
     void answersThePrompt();
     void opensTheAboutBox();
@@ -87,6 +91,13 @@ void tst_consoleTour::initTestCase()
     m_window = std::make_unique<mainWindow_t>("underway-10min.log", std::move(line),
                                               [this] { return m_realTime; });
     m_window->addSonar("sidescan", std::move(sonar.record));
+    std::vector<echogram_t> echograms;
+    for (const int kilohertz : {200, 83}) {
+        sonarResult_t echoes = readEchogram(QString(ECHOES).arg(kilohertz));
+        QCOMPARE(echoes.error, QString());
+        echograms.push_back({QStringLiteral("echoes"), std::move(echoes.record)});
+    }
+    m_window->addEchograms(std::move(echograms));
     m_window->addSurvey();
     m_window->restore(consoleState_t());
     m_window->show();
@@ -210,9 +221,44 @@ void tst_consoleTour::isRefusedByTheSounder()
     QVERIFY(countOf(theme::running(), lamp) > 50);
 }
 
-void tst_consoleTour::addsRecordings()
+// At 270 s the record is in its second round, 119.3 s after its start. There the instrument takes
+// multiples of the bottom's echo for the bottom, off and on.
+void tst_consoleTour::looksAtTheEchogram()
 {
     click(find<QToolButton>("pageButton2"));
+    QCOMPARE(m_window->page(), PAGE_ECHOGRAM);
+    echogramPanel_t* panel = m_window->echogramPanel();
+    QVERIFY(panel->isVisible());
+    const auto findHere = [panel](const char* name) { return panel->findChild<QWidget*>(name); };
+    QCOMPARE(panel->model()->end(), 3096);
+    QCOMPARE(panel->findChild<QLabel*>("instrumentDepthLabel")->text(), QStringLiteral("1.7 m"));
+    auto* slider = panel->findChild<QSlider*>("scrollSlider");
+    slider->setFocus();
+    for (int i = 0; i < 8; ++i)
+        QTest::keyClick(slider, Qt::Key_Down);
+    QCOMPARE(panel->findChild<QLabel*>("instrumentDepthLabel")->text(), QStringLiteral("5.0 m"));
+    click(findHere("newestButton"));
+    QCOMPARE(panel->findChild<QLabel*>("instrumentDepthLabel")->text(), QStringLiteral("1.7 m"));
+    click(findHere("wholeButton"));
+    const auto* ruler = panel->findChild<valueRuler_t*>("rangeRuler");
+    QCOMPARE(ruler->start(), 1550 * 0.0187); // at the bottom
+    QCOMPARE(ruler->end(), 0.0);
+}
+
+void tst_consoleTour::changesTheFrequency()
+{
+    echogramPanel_t* panel = m_window->echogramPanel();
+    auto* box = find<QComboBox>("beamBox");
+    const QImage before = pictureOf(panel);
+    box->setFocus();
+    QTest::keyClick(box, Qt::Key_Down);
+    QCOMPARE(box->currentText(), QStringLiteral("83 kHz"));
+    QVERIFY(pictureOf(panel) != before);
+}
+
+void tst_consoleTour::addsRecordings()
+{
+    click(find<QToolButton>("pageButton3"));
     auto* list = find<QListWidget>("recordingList");
     QVERIFY(list->isVisible());
     QCOMPARE(list->count(), 0);

@@ -53,6 +53,7 @@ namespace {
 
 const char SHIP[] = EXAMPLE_DATA "/nbp1406-underway/underway-10min.log";
 const char BOAT[] = EXAMPLE_DATA "/plaka-sailing/plaka-10min.log";
+const char RIVER[] = EXAMPLE_DATA "/leesferry-echosounder/echosounder-200khz.pgm";
 const double START = 1406851200.0; // 2014-08-01 00:00:00 UTC
 const double LENGTH = 600.0;       // s
 enum panel_t
@@ -89,6 +90,16 @@ sonarRecord_t testSonar()
     for (int second = 0; second < 60; ++second)
         record.pings.push_back({START + second, {-10.0F, -20.0F}});
     return record;
+}
+
+std::vector<echogram_t> testEchograms()
+{
+    sonarRecord_t record;
+    record.extent = {0.0, 30.0, 2};
+    record.fullLevel = 255.0F;
+    for (int second = 0; second < 60; ++second)
+        record.pings.push_back({START + second, {10.0F, 20.0F}, 5.0});
+    return {{"echosounder-200khz.pgm", record}};
 }
 
 // The console over the test line, its real time set by hand.
@@ -268,7 +279,9 @@ private Q_SLOTS:
     void replaysFromTheList();
     void showsTheAboutBox();
     void turnsPages();
+    void hasOnlyThePagesThatThereIsARecordFor();
     void sonarFollowsTheClock();
+    void echogramFollowsTheClock();
     void goesToTheTimeNearestToAPosition();
     // colours
     void startsWithTheDepthPalette();
@@ -326,6 +339,9 @@ private Q_SLOTS:
     void refusesBadRecordings_data();
     void refusesBadRecordings();
     void refusesABadSonarRecord();
+    void refusesABadEchogram();
+    void showsTheEchogramsOfChoice();
+    void reportsDamagedPings_data();
     void reportsDamagedPings();
     void reportsDamagedLines();
     void reportsAPictureItCannotWrite();
@@ -825,6 +841,7 @@ void tst_surveyConsole::fitsTheScreen()
     QCOMPARE(ship.error, QString());
     mainWindow_t window("underway-10min.log", std::move(ship), [] { return 0.0; });
     window.addSonar("sidescan-600khz.pgm", testSonar());
+    window.addEchograms(testEchograms());
     window.addSurvey();
     window.resize(size);
     window.show();
@@ -832,7 +849,7 @@ void tst_surveyConsole::fitsTheScreen()
     window.clock()->seek(window.clock()->start() + 500.0);
     QCoreApplication::processEvents();
     QCOMPARE(window.size(), size);
-    for (const page_t page : {PAGE_SURVEY, PAGE_SONAR, PAGE_CHARTS}) {
+    for (const page_t page : {PAGE_SURVEY, PAGE_ECHOGRAM, PAGE_SONAR, PAGE_CHARTS}) {
         window.showPage(page);
         QCoreApplication::processEvents();
         QCOMPARE(window.size(), size);
@@ -976,6 +993,7 @@ void tst_surveyConsole::turnsPages()
 {
     console_t console;
     console.window.addSonar("test.pgm", testSonar());
+    console.window.addEchograms(testEchograms());
     console.window.addSurvey();
     QVERIFY(console.isReady());
     sonarPanel_t* sonar = console.window.sonarPanel();
@@ -996,9 +1014,29 @@ void tst_surveyConsole::turnsPages()
     QVERIFY(sonar->isVisible());
     QCOMPARE(console.window.page(), PAGE_SONAR);
     QTest::keyClick(&console.window, Qt::Key_F3);
+    QVERIFY(console.window.echogramPanel()->isVisible());
+    QCOMPARE(console.window.page(), PAGE_ECHOGRAM);
+    QTest::keyClick(&console.window, Qt::Key_F4);
     QCOMPARE(console.window.page(), PAGE_SURVEY);
     QVERIFY(console.window.findChild<positionPanel_t*>()->isVisible());
-    QVERIFY(console.find<QToolButton>("pageButton2")->isChecked());
+    QVERIFY(console.find<QToolButton>("pageButton3")->isChecked());
+}
+
+// Each page has its key, whatever other pages there are.
+void tst_surveyConsole::hasOnlyThePagesThatThereIsARecordFor()
+{
+    console_t console;
+    console.window.addSurvey();
+    QVERIFY(console.isReady());
+    QVERIFY(!console.find<QToolButton>("pageButton2"));
+    QTest::keyClick(&console.window, Qt::Key_F3);
+    QCOMPARE(console.window.page(), PAGE_CHARTS);
+    QTest::keyClick(&console.window, Qt::Key_F4);
+    QCOMPARE(console.window.page(), PAGE_SURVEY);
+    consoleState_t state;
+    state.page = PAGE_ECHOGRAM;
+    console.window.restore(state);
+    QCOMPARE(console.window.page(), PAGE_SURVEY); // stays
 }
 
 void tst_surveyConsole::goesToTheTimeNearestToAPosition()
@@ -1033,6 +1071,22 @@ void tst_surveyConsole::sonarFollowsTheClock()
     QCOMPARE(pings->end(), 11);
     console.clock()->seek(START + 600.0); // ten times the record
     QCOMPARE(pings->end(), 601);
+}
+
+void tst_surveyConsole::echogramFollowsTheClock()
+{
+    console_t console;
+    QVERIFY(!console.window.echogramPanel());
+    console.clock()->seek(START + 5.0);
+    console.window.addEchograms(testEchograms());
+    QVERIFY(console.isReady());
+    const pingModel_t* pings = console.window.echogramPanel()->model();
+    QCOMPARE(pings->end(), 6);
+    console.clock()->setRunning(true);
+    console.pass(30.5);
+    QCOMPARE(pings->end(), 36);
+    console.clock()->seek(START + 10.0);
+    QCOMPARE(pings->end(), 11);
 }
 
 void tst_surveyConsole::startsWithTheDepthPalette()
@@ -1615,6 +1669,7 @@ void tst_surveyConsole::screenshotsAreAlike_data()
     QTest::addColumn<QString>("page");
     QTest::newRow("charts") << "charts";
     QTest::newRow("sonar") << "sonar";
+    QTest::newRow("echogram") << "echogram";
     QTest::newRow("survey") << "survey";
 }
 
@@ -1742,8 +1797,8 @@ void tst_surveyConsole::printsHelp()
     QCOMPARE(outcome.exitCode, 0);
     QCOMPARE(outcome.err, QString());
     for (const char* option :
-         {"--recording", "--sonar", "--page", "--back-end", "--speed", "--duration", "--screenshot",
-          "--settings", "--theme", "--size", "--help"})
+         {"--recording", "--sonar", "--echogram", "--page", "--back-end", "--speed", "--duration",
+          "--screenshot", "--settings", "--theme", "--size", "--help"})
         QVERIFY2(outcome.out.contains(option), option);
 }
 
@@ -1763,8 +1818,9 @@ void tst_surveyConsole::refusesBadOptions_data()
     QTest::newRow("duration 0") << QStringList{"--duration", "0"} << duration.arg("0");
     QTest::newRow("duration -1") << QStringList{"--duration=-1"} << duration.arg("-1");
     QTest::newRow("duration infinite") << QStringList{"--duration", "inf"} << duration.arg("inf");
-    QTest::newRow("page") << QStringList{"--page", "chart"}
-                          << "surveyConsole: --page takes charts, sonar or survey, not 'chart'\n";
+    QTest::newRow("page")
+        << QStringList{"--page", "chart"}
+        << "surveyConsole: --page takes charts, sonar, echogram or survey, not 'chart'\n";
     QTest::newRow("back end") << QStringList{"--back-end", "GL"}
                               << "surveyConsole: --back-end takes simple or gl, not 'GL'\n";
     QTest::newRow("argument") << QStringList{"line.log"}
@@ -1835,16 +1891,57 @@ void tst_surveyConsole::refusesABadSonarRecord()
     QCOMPARE(outcome.exitCode, 1);
 }
 
+void tst_surveyConsole::refusesABadEchogram()
+{
+    const QString sidescan = EXAMPLE_DATA "/scotsman-sidescan/sidescan-600khz";
+    const outcome_t outcome = runConsole({"--echogram", RIVER, "--echogram", sidescan + ".pgm"});
+    QCOMPARE(outcome.err,
+             QStringLiteral("surveyConsole: '%1.csv' is no table of pings\n").arg(sidescan));
+    QCOMPARE(outcome.exitCode, 1);
+}
+
+void tst_surveyConsole::showsTheEchogramsOfChoice()
+{
+    const QTemporaryDir directory;
+    const auto pictureOf = [&directory](const QStringList& arguments) {
+        const QString path = directory.filePath("console.png");
+        const outcome_t outcome =
+            runConsole(arguments + QStringList{"--page", "echogram", "--screenshot", path});
+        return outcome.exitCode == 0 && outcome.err.isEmpty() ? QImage(path) : QImage();
+    };
+    const QImage asUsual = pictureOf({});
+    const QImage both =
+        pictureOf({"--echogram", RIVER, "--echogram", QString(RIVER).replace("200khz", "83khz")});
+    const QImage low = pictureOf({"--echogram", QString(RIVER).replace("200khz", "83khz")});
+    QCOMPARE(asUsual.size(), QSize(1280, 800));
+    QCOMPARE(firstDifference(both, asUsual), QString());
+    QCOMPARE(low.size(), asUsual.size());
+    QVERIFY(low != asUsual);
+}
+
+void tst_surveyConsole::reportsDamagedPings_data()
+{
+    QTest::addColumn<QString>("page");
+    QTest::addColumn<QByteArray>("table");
+    QTest::newRow("sonar") << "sonar"
+                           << QByteArray("time_utc,slant_range_m\n2013-09-10T21:13:08Z,30\n"
+                                         "2013-09-10T21:13:09Z,30\n");
+    QTest::newRow("echogram") << "echogram"
+                              << QByteArray("time_utc,sample_spacing_m,samples\n"
+                                            "2013-09-10T21:13:08Z,0.02,1\n"
+                                            "2013-09-10T21:13:09Z,0.02,1\n");
+}
+
 void tst_surveyConsole::reportsDamagedPings()
 {
+    QFETCH(QString, page);
+    QFETCH(QByteArray, table);
     const QTemporaryDir directory;
     const QString path = directory.filePath("record.pgm");
     QVERIFY(writeFile(path, "P5\n1 2\n255\n\x80")); // the second row is missing
-    QVERIFY(writeFile(directory.filePath("record.csv"),
-                      "time_utc,slant_range_m\n2013-09-10T21:13:08Z,30\n"
-                      "2013-09-10T21:13:09Z,30\n"));
+    QVERIFY(writeFile(directory.filePath("record.csv"), table));
     const outcome_t outcome = runConsole(
-        {"--sonar", path, "--page", "sonar", "--screenshot", directory.filePath("1.png")});
+        {"--" + page, path, "--page", page, "--screenshot", directory.filePath("1.png")});
     QCOMPARE(outcome.err,
              QStringLiteral("surveyConsole: left out 1 damaged pings of '%1'\n").arg(path));
     QCOMPARE(outcome.exitCode, 0);

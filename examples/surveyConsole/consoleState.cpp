@@ -17,6 +17,9 @@ const char PAGE[] = "window/page";
 const char DEPTH_PALETTE[] = "charts/depthPalette";
 const char TIME_SPAN[] = "charts/timeSpan";
 const char SONAR_PALETTE[] = "sonar/palette";
+const char ECHOGRAM_PALETTE[] = "echogram/palette";
+const char ECHOGRAM_BEAM[] = "echogram/beam";
+const char INSTRUMENT_DEPTH[] = "echogram/instrumentDepth";
 const char COORD_FORMAT[] = "survey/notation";
 const char ALARM_DEPTH[] = "depth/alarm";
 const char PLANNED_SPEED[] = "speed/planned";
@@ -27,6 +30,12 @@ const char SPEED[] = "replay/speed";
 QStringList formatNames()
 {
     return {QStringLiteral("degrees"), QStringLiteral("minutes"), QStringLiteral("seconds")};
+}
+
+// In the order of false and true.
+QStringList visibilityNames()
+{
+    return {QStringLiteral("hidden"), QStringLiteral("shown")};
 }
 
 // Each leaves the value as it is unless the settings hold a good one.
@@ -56,7 +65,8 @@ void readChoice(const QSettings& settings, const char* key, QString* value)
 
 QStringList pageNames()
 {
-    return {QStringLiteral("charts"), QStringLiteral("sonar"), QStringLiteral("survey")};
+    return {QStringLiteral("charts"), QStringLiteral("sonar"), QStringLiteral("echogram"),
+            QStringLiteral("survey")};
 }
 
 consoleState_t readState(const QSettings& settings)
@@ -76,6 +86,11 @@ consoleState_t readState(const QSettings& settings)
     state.theme = static_cast<theme::name_t>(theme);
     readChoice(settings, DEPTH_PALETTE, &state.depthPalette);
     readChoice(settings, SONAR_PALETTE, &state.sonarPalette);
+    readChoice(settings, ECHOGRAM_PALETTE, &state.echogramPalette);
+    readChoice(settings, ECHOGRAM_BEAM, &state.echogramBeam);
+    int visibility = state.showsInstrumentDepth ? 1 : 0;
+    readName(settings, INSTRUMENT_DEPTH, visibilityNames(), &visibility);
+    state.showsInstrumentDepth = visibility == 1;
     readNumber(settings, SPEED, replayClock_t::MIN_SPEED, replayClock_t::MAX_SPEED, &state.speed);
     readNumber(settings, ALARM_DEPTH, 0.0, depthPanel_t::MAX_ALARM_DEPTH, &state.alarmDepth);
     readNumber(settings, PLANNED_SPEED, 0.0, speedPanel_t::MAX_PLANNED_SPEED, &state.plannedSpeed);
@@ -90,6 +105,10 @@ void writeState(const consoleState_t& state, QSettings* settings)
     settings->setValue(QLatin1String(COORD_FORMAT), formatNames().at(state.coordFormat));
     settings->setValue(QLatin1String(DEPTH_PALETTE), state.depthPalette);
     settings->setValue(QLatin1String(SONAR_PALETTE), state.sonarPalette);
+    settings->setValue(QLatin1String(ECHOGRAM_PALETTE), state.echogramPalette);
+    settings->setValue(QLatin1String(ECHOGRAM_BEAM), state.echogramBeam);
+    settings->setValue(QLatin1String(INSTRUMENT_DEPTH),
+                       visibilityNames().at(state.showsInstrumentDepth ? 1 : 0));
     settings->setValue(QLatin1String(ALARM_DEPTH), state.alarmDepth);
     settings->setValue(QLatin1String(PLANNED_SPEED), state.plannedSpeed);
     settings->setValue(QLatin1String(THEME), theme::names().at(state.theme));

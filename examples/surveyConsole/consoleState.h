@@ -18,6 +18,7 @@ enum page_t
 {
     PAGE_CHARTS,
     PAGE_SONAR,
+    PAGE_ECHOGRAM,
     PAGE_SURVEY
 };
 
@@ -30,7 +31,10 @@ struct consoleState_t
     QByteArray geometry; ///< by QWidget::saveGeometry(); empty: the usual size
     page_t page = PAGE_CHARTS;
     QString depthPalette = QStringLiteral("bathy");    ///< as paletteChooser_t::choice() says it
-    QString sonarPalette = QStringLiteral("sidescan"); ///< as sonarPanel_t::paletteChoice() does
+    QString sonarPalette = QStringLiteral("sidescan"); ///< as pingPanel_t::paletteChoice() does
+    QString echogramPalette = QStringLiteral("watercolumn"); ///< likewise
+    QString echogramBeam; ///< as echogramPanel_t::beamChoice() says it; empty: the first one
+    bool showsInstrumentDepth = true; ///< over the echogram
     zorbin_qt_gui::latLonEditor_t::coordFormat_t coordFormat = zorbin_qt_gui::latLonEditor_t::CF_DM;
     double speed = replayClock_t::MIN_SPEED;                   ///< of the replay, times real time
     double alarmDepth = depthPanel_t::DEFAULT_ALARM_DEPTH;     ///< m

@@ -5,9 +5,11 @@
 // colour for a curve: click the square beside its value. The second page shows a sidescan record:
 // drag over the histogram to set the levels that the colours are stretched over, over the range
 // ruler to look closer, and the slider below to look back. Ask the simulated sounder for more power
-// than it has. The third page shows the position in a notation of choice: enter another one to see
-// its range and bearing. Recordings are collected there, file by file or by folders, and replayed
-// from the list; the menu opens a single one. The window comes back as it was left.
+// than it has. The third page shows an echosounder's record: 100 s into it the depth that the
+// instrument finds begins to jump to multiples of the bottom's echo. The fourth page shows the
+// position in a notation of choice: enter another one to see its range and bearing. Recordings are
+// collected there, file by file or by folders, and replayed from the list; the menu opens a single
+// one. The window comes back as it was left.
 
 #include "mainWindow.h"
 #include "recordingReader.h"
@@ -41,6 +43,7 @@ struct options_t
 {
     QStringList recordings; // the first is replayed, all are offered; at least one
     QString sonar;
+    QStringList echograms;      // the first one shows, all are offered; at least one
     std::optional<page_t> page; // at first; none: as it was last time, as the speed
     QString backEnd;            // of the strip charts; empty: as the library chooses
     std::optional<double> speed;
@@ -95,7 +98,7 @@ bool readOptions(options_t* options)
     QCommandLineParser parser;
     parser.setApplicationDescription(QStringLiteral(
         "Replays a recorded survey line: depth, heading, speed, course and attitude in strip "
-        "charts, sidescan sonar in a waterfall."));
+        "charts, sidescan sonar and an echosounder in waterfalls."));
     QCommandLineOption recording(
         QStringLiteral("recording"),
         QStringLiteral("Replay the NMEA 0183 log FILE; further ones are offered in a list."),
@@ -108,9 +111,18 @@ bool readOptions(options_t* options)
         QStringLiteral("Replay the sidescan record FILE, a PGM picture beside a CSV table."),
         QStringLiteral("FILE"),
         QStringLiteral(SURVEY_CONSOLE_DATA_DIR "/scotsman-sidescan/sidescan-600khz.pgm"));
-    const QCommandLineOption page(QStringLiteral("page"),
-                                  QStringLiteral("Show PAGE first: charts, sonar or survey."),
-                                  QStringLiteral("PAGE"));
+    QCommandLineOption echogram(
+        QStringLiteral("echogram"),
+        QStringLiteral("Replay the echosounder's record FILE, a PGM picture beside a CSV table; "
+                       "further ones are offered in a list."),
+        QStringLiteral("FILE"));
+    echogram.setDefaultValues(
+        {QStringLiteral(SURVEY_CONSOLE_DATA_DIR "/leesferry-echosounder/echosounder-200khz.pgm"),
+         QStringLiteral(SURVEY_CONSOLE_DATA_DIR "/leesferry-echosounder/echosounder-83khz.pgm")});
+    const QCommandLineOption page(
+        QStringLiteral("page"),
+        QStringLiteral("Show PAGE first: charts, sonar, echogram or survey."),
+        QStringLiteral("PAGE"));
     const QCommandLineOption themeOption(QStringLiteral("theme"),
                                          QStringLiteral("Show everything in THEME: dark or light."),
                                          QStringLiteral("THEME"));
@@ -137,8 +149,8 @@ bool readOptions(options_t* options)
         QStringLiteral("Keep the window's state in FILE instead of the user's settings."),
         QStringLiteral("FILE"));
     const QCommandLineOption help = parser.addHelpOption();
-    parser.addOptions({recording, sonar, page, backEnd, speed, duration, screenshot, settings,
-                       themeOption, size});
+    parser.addOptions({recording, sonar, echogram, page, backEnd, speed, duration, screenshot,
+                       settings, themeOption, size});
     if (!parser.parse(QCoreApplication::arguments())) {
         complain(parser.errorText());
         return false;
@@ -147,13 +159,14 @@ bool readOptions(options_t* options)
         parser.showHelp();
     options->recordings = parser.values(recording);
     options->sonar = parser.value(sonar);
+    options->echograms = parser.values(echogram);
     options->backEnd = parser.value(backEnd);
     options->screenshot = parser.value(screenshot);
     options->settings = parser.value(settings);
     if (parser.isSet(page)) {
         const auto index = pageNames().indexOf(parser.value(page));
         if (index < 0) {
-            complain(QStringLiteral("--page takes charts, sonar or survey, not '%1'")
+            complain(QStringLiteral("--page takes charts, sonar, echogram or survey, not '%1'")
                          .arg(parser.value(page)));
             return false;
         }
@@ -196,6 +209,32 @@ bool readOptions(options_t* options)
     }
     return !parser.isSet(duration) ||
            readNumber(parser, duration, 0.001, MAX_DURATION, &options->duration);
+}
+
+// False, after a message, unless the record could be read; says what is missing from it.
+bool checkRecord(const sonarResult_t& result, const QString& path)
+{
+    if (!result.error.isEmpty()) {
+        complain(result.error);
+        return false;
+    }
+    if (result.record.damaged > 0)
+        complain(QStringLiteral("left out %1 damaged pings of '%2'")
+                     .arg(result.record.damaged)
+                     .arg(path));
+    return true;
+}
+
+// False, after a message, unless all could be read.
+bool readEchograms(const QStringList& paths, std::vector<echogram_t>* echograms)
+{
+    for (const QString& path : paths) {
+        sonarResult_t result = readEchogram(path);
+        if (!checkRecord(result, path))
+            return false;
+        echograms->push_back({QFileInfo(path).fileName(), std::move(result.record)});
+    }
+    return true;
 }
 
 // Replays frame by frame on a clock of its own, so that the picture is the same on every machine.
@@ -279,15 +318,10 @@ int main(int argc, char* argv[])
                      .arg(result.counts.bad)
                      .arg(result.counts.lines)
                      .arg(first));
-    sonarResult_t sonar = readSonarRecord(options.sonar);
-    if (!sonar.error.isEmpty()) {
-        complain(sonar.error);
+    const sonarResult_t sonar = readSonarRecord(options.sonar);
+    std::vector<echogram_t> echograms;
+    if (!checkRecord(sonar, options.sonar) || !readEchograms(options.echograms, &echograms))
         return EXIT_FAILURE;
-    }
-    if (sonar.record.damaged > 0)
-        complain(QStringLiteral("left out %1 damaged pings of '%2'")
-                     .arg(sonar.record.damaged)
-                     .arg(options.sonar));
 
     setResourceDirectory();
     if (!options.backEnd.isEmpty()) // looked at when the first chart or curve is made
@@ -308,6 +342,7 @@ int main(int argc, char* argv[])
         auto next =
             std::make_unique<mainWindow_t>(QFileInfo(path).fileName(), std::move(line), realTime);
         next->addSonar(QFileInfo(options.sonar).fileName(), sonar.record);
+        next->addEchograms(echograms);
         next->addSurvey();
         next->recordings()->addFiles(window ? window->recordings()->files() : options.recordings);
         next->recordings()->showReplayed(path);

@@ -112,7 +112,7 @@ mainWindow_t::mainWindow_t(const QString& lineName, readResult_t line,
 {
     setWindowTitle(tr("Survey console - %1").arg(lineName));
     makeMenu();
-    addPage(makeChartPage(), tr("Charts"));
+    addPage(PAGE_CHARTS, makeChartPage(), tr("Charts"));
     showPage(PAGE_CHARTS);
     m_notifier->setMainWidget(new layoutStop_t(m_pages));
     m_notifier->setAnimated(true);
@@ -372,10 +372,24 @@ void mainWindow_t::addSonar(const QString& name, sonarRecord_t record)
 {
     m_sonarRecord = std::move(record);
     m_sonarPanel = new sonarPanel_t(name, m_sonarRecord);
-    addPage(m_sonarPanel, tr("Sonar"));
-    const auto follow = [this](double time) { m_sonarPanel->showTime(time - m_clock.start()); };
-    connect(&m_clock, &replayClock_t::timeAdvanced, m_sonarPanel, follow);
-    connect(&m_clock, &replayClock_t::timeJumped, m_sonarPanel, follow);
+    addPage(PAGE_SONAR, m_sonarPanel, tr("Sonar"));
+    letReplay(m_sonarPanel);
+}
+
+void mainWindow_t::addEchograms(std::vector<echogram_t> echograms)
+{
+    m_echograms = std::move(echograms);
+    m_echogramPanel = new echogramPanel_t(m_echograms);
+    addPage(PAGE_ECHOGRAM, m_echogramPanel, tr("Echogram"));
+    letReplay(m_echogramPanel);
+}
+
+// Its record starts with the line.
+void mainWindow_t::letReplay(pingPanel_t* panel)
+{
+    const auto follow = [this, panel](double time) { panel->showTime(time - m_clock.start()); };
+    connect(&m_clock, &replayClock_t::timeAdvanced, panel, follow);
+    connect(&m_clock, &replayClock_t::timeJumped, panel, follow);
     follow(m_clock.time());
 }
 
@@ -401,16 +415,16 @@ void mainWindow_t::addSurvey()
     layout->addWidget(m_positionPanel, 0, 0);
     layout->addWidget(m_recordings, 1, 0);
     layout->addWidget(trackPanel, 0, 1, 2, 1);
-    addPage(page, tr("Survey"));
+    addPage(PAGE_SURVEY, page, tr("Survey"));
 }
 
-void mainWindow_t::addPage(QWidget* page, const QString& name)
+void mainWindow_t::addPage(page_t page, QWidget* widget, const QString& name)
 {
-    const int index = m_pages->addWidget(page);
-    const QKeySequence key(Qt::Key_F1 + index);
-    m_navigationPanel->addPage(name, key.toString(QKeySequence::NativeText));
-    addShortcut(key, tr("Page \u201c%1\u201d").arg(name),
-                [this, index] { showPage(static_cast<page_t>(index)); });
+    m_pages->addWidget(widget);
+    m_pageWidgets[page] = widget;
+    const QKeySequence key(Qt::Key_F1 + page);
+    m_navigationPanel->addPage(page, name, key.toString(QKeySequence::NativeText));
+    addShortcut(key, tr("Page \u201c%1\u201d").arg(name), [this, page] { showPage(page); });
     orderTabs();
 }
 
@@ -425,13 +439,17 @@ void mainWindow_t::orderTabs()
 
 void mainWindow_t::showPage(page_t page)
 {
-    m_pages->setCurrentIndex(page);
+    m_pages->setCurrentWidget(m_pageWidgets.at(page));
     m_navigationPanel->showPage(page);
 }
 
 page_t mainWindow_t::page() const
 {
-    return static_cast<page_t>(m_pages->currentIndex());
+    for (const auto& [page, widget] : m_pageWidgets) {
+        if (widget == m_pages->currentWidget())
+            return page;
+    }
+    return PAGE_CHARTS;
 }
 
 consoleState_t mainWindow_t::state() const
@@ -443,6 +461,12 @@ consoleState_t mainWindow_t::state() const
         state.depthPalette = chooser->choice();
     if (m_sonarPanel && !m_sonarPanel->paletteChoice().isEmpty())
         state.sonarPalette = m_sonarPanel->paletteChoice();
+    if (m_echogramPanel) {
+        if (!m_echogramPanel->paletteChoice().isEmpty())
+            state.echogramPalette = m_echogramPanel->paletteChoice();
+        state.echogramBeam = m_echogramPanel->beamChoice();
+        state.showsInstrumentDepth = m_echogramPanel->showsDepth();
+    }
     if (m_positionPanel)
         state.coordFormat = m_positionPanel->format();
     state.alarmDepth = m_depthPanel->alarmDepth();
@@ -468,12 +492,17 @@ void mainWindow_t::restore(const consoleState_t& state)
 {
     m_kept = state;
     restorePlace(state.geometry);
-    if (state.page < m_pages->count())
+    if (m_pageWidgets.count(state.page) > 0)
         showPage(state.page);
     if (paletteChooser_t* chooser = m_chartPanels.front()->paletteChooser())
         chooser->chooseAgain(state.depthPalette);
     if (m_sonarPanel)
         m_sonarPanel->choosePaletteAgain(state.sonarPalette);
+    if (m_echogramPanel) {
+        m_echogramPanel->choosePaletteAgain(state.echogramPalette);
+        m_echogramPanel->chooseBeamAgain(state.echogramBeam);
+        m_echogramPanel->showDepth(state.showsInstrumentDepth);
+    }
     if (m_positionPanel)
         m_positionPanel->chooseFormat(state.coordFormat);
     m_depthPanel->setAlarmDepth(state.alarmDepth);
@@ -511,7 +540,8 @@ void mainWindow_t::addShortcuts()
     addShortcut(Qt::Key_End, tr("To the end"), [this] { m_clock.seek(m_clock.end()); });
     addShortcut(Qt::Key_Plus, tr("Faster"), [this] { m_controls->changeSpeed(1); });
     addShortcut(Qt::Key_Minus, tr("Slower"), [this] { m_controls->changeSpeed(-1); });
-    addShortcut(Qt::Key_A, tr("Charts: scales follow the data; sonar: the whole swath"),
+    addShortcut(Qt::Key_A,
+                tr("Charts: scales follow the data; sonar and echogram: the whole range"),
                 [this] { followData(); });
     addShortcut(Qt::Key_Escape, tr("Answer a question by Cancel, or dismiss the newest notice"),
                 [this] { dismissNewest(); });
@@ -576,6 +606,8 @@ void mainWindow_t::followData()
             panel->chart()->autoscaleValue(true);
     } else if (page() == PAGE_SONAR) {
         m_sonarPanel->showWholeRange();
+    } else if (page() == PAGE_ECHOGRAM) {
+        m_echogramPanel->showWholeRange();
     }
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 #include "consoleState.h"
+#include "echogramPanel.h"
 #include "recordingReader.h"
 #include "replayClock.h"
 #include "sonarRecord.h"
@@ -7,6 +8,7 @@
 #include <QPointer>
 #include <QTimer>
 #include <QWidget>
+#include <map>
 #include <memory>
 #include <vector>
 
@@ -32,8 +34,9 @@ class sonarPanel_t;
 class speedPanel_t;
 
 /// The console: the survey line's charts with their time axes and instruments to be read at a
-/// glance, above them the time and position, below them the replay's controls. A sonar record has a
-/// page of its own. Notices at the lower edge tell of the start, the end and gaps of the recording.
+/// glance, above them the time and position, below them the replay's controls. A sidescan record
+/// and those of an echosounder have pages of their own. Notices at the lower edge tell of the
+/// start, the end and gaps of the recording.
 ///
 /// Everything can be done by keys, which the menu lists: Tab goes from control to control, the
 /// other keys work wherever the focus is, unless it is in a field where they are typed.
@@ -50,8 +53,11 @@ public:
     /// Adds the page of a sidescan record, once, which holds at least one ping. It follows the
     /// clock from the line's start on.
     void addSonar(const QString& name, sonarRecord_t record);
-    /// Adds the page of the survey, once and after that of the sonar: where the vessel is and was,
-    /// and which recordings there are.
+    /// Adds the page of an echosounder's records, once, of which there is at least one. It follows
+    /// the clock likewise.
+    void addEchograms(std::vector<echogram_t> echograms);
+    /// Adds the page of the survey, once: where the vessel is and was, and which recordings there
+    /// are. The buttons of the pages stand in the order in which the pages are added.
     void addSurvey();
     /// Null until the page of the survey is there.
     recordingsPanel_t* recordings() const { return m_recordings; }
@@ -59,6 +65,7 @@ public:
     void showPage(page_t page);
     page_t page() const;
     sonarPanel_t* sonarPanel() const { return m_sonarPanel; }
+    echogramPanel_t* echogramPanel() const { return m_echogramPanel; }
     notices_t* notices() const { return m_notices; }
 
     /// The recording that is replayed, a copy.
@@ -92,7 +99,8 @@ Q_SIGNALS:
 
 private:
     QWidget* makeChartPage();
-    void addPage(QWidget* page, const QString& name);
+    void addPage(page_t page, QWidget* widget, const QString& name);
+    void letReplay(pingPanel_t* panel);
     void addTimeAxes(QGridLayout* charts);
     QWidget* makeInstruments();
     template <typename panel_t>
@@ -122,6 +130,7 @@ private:
     const recording_t m_recording;
     const lineCounts_t m_counts;
     sonarRecord_t m_sonarRecord;
+    std::vector<echogram_t> m_echograms;
     replayClock_t m_clock;
     QTimer m_frameTimer;
     navigationPanel_t* m_navigationPanel;
@@ -135,7 +144,9 @@ private:
     QPointer<QWidget> m_prompt;           // while the user is asked, or shown how far the loader is
     QPointer<recordingLoader_t> m_loader; // while it reads
     QStackedWidget* m_pages;
-    sonarPanel_t* m_sonarPanel = nullptr;       // until there is a record
+    std::map<page_t, QWidget*> m_pageWidgets; // those that there are
+    sonarPanel_t* m_sonarPanel = nullptr;     // until there is a record, as the next
+    echogramPanel_t* m_echogramPanel = nullptr;
     positionPanel_t* m_positionPanel = nullptr; // until there is a survey, as the next
     recordingsPanel_t* m_recordings = nullptr;
     consoleState_t m_kept; // as restored

@@ -75,19 +75,18 @@ void navigationPanel_t::setMenu(QMenu* menu, const QKeySequence& key)
     m_pageLayout->insertWidget(0, button);
 }
 
-void navigationPanel_t::addPage(const QString& name, const QString& key)
+void navigationPanel_t::addPage(int page, const QString& name, const QString& key)
 {
     auto* button = new QToolButton;
-    button->setObjectName(QStringLiteral("pageButton%1").arg(m_pageButtons->buttons().size()));
+    button->setObjectName(QStringLiteral("pageButton%1").arg(page));
     button->setText(name);
     button->setToolTip(tr("Page \u201c%1\u201d (%2)").arg(name, key));
     button->setCheckable(true);
     button->setFocusPolicy(Qt::TabFocus);
-    const int page = static_cast<int>(m_pageButtons->buttons().size());
-    m_pageButtons->addButton(button, page); // one at a time is marked
     m_pageLayout->addWidget(button);
-    if (page > 0) // pages come one after another
-        setTabOrder(m_pageButtons->button(page - 1), button);
+    if (!m_pageButtons->buttons().isEmpty()) // pages come one after another
+        setTabOrder(m_pageButtons->buttons().last(), button);
+    m_pageButtons->addButton(button, page); // one at a time is marked
     connect(button, &QToolButton::clicked, this, [this, page] { Q_EMIT pageChosen(page); });
 }
 

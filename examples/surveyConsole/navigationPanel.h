@@ -23,8 +23,8 @@ public:
 
     /// Adds a button at the left that opens \p menu, which the caller owns, as does \p key.
     void setMenu(QMenu* menu, const QKeySequence& key);
-    /// Adds a button for the next page, the first one having number 0, which \p key also shows.
-    void addPage(const QString& name, const QString& key);
+    /// Adds a button for a page, right of the others, which \p key also shows.
+    void addPage(int page, const QString& name, const QString& key);
     /// Marks the button of a page.
     void showPage(int page);
 
