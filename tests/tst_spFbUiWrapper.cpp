@@ -575,6 +575,7 @@ void tst_spFbUiWrapper::endsTheProcessOnMisuse_data()
     row("id taken, unsupported widget", "addWrapper: id (10) is already a ui element");
     row("id taken, null widget", "addSpinBoxWrapper: Cannot add id (10) with null handle");
     row("unsupported widget", "addWrapper: Unsupported widget type");
+    row("initGui of an unsupported widget", "initGui: Unsupported widget type");
     row("null check box", "addCheckBoxWrapper: Cannot add id (7) with null handle");
     row("null combo box", "addComboBoxWrapper: Cannot add id (7) with null handle");
     row("null double spin box", "addDoubleSpinBoxWrapper: Cannot add id (7) with null handle");
@@ -769,6 +770,12 @@ int main(int argc, char* argv[])
     add("unsupported widget", [](binder_t& binder) {
         derivedSpinBox_t box;
         binder.addSpinBoxWrapper(0, 0, new indicator_t(&box), 7, &box);
+    });
+    add("initGui of an unsupported widget", [](binder_t& binder) {
+        QWidget plain;
+        indicator_t lamp;
+        binder.lookupWrapperItem(10) = spFbUiWrapperItem_t(0, 0, &lamp, &plain);
+        binder.initGui();
     });
     add("null check box", [](binder_t& binder) {
         indicator_t present;
