@@ -67,6 +67,8 @@ void tst_coordinateText::readsUsualForms_data()
     row(QStringLiteral("E45 15 N12 34.5"), 12.575, 45.25);
     row(QStringLiteral("45 15 E, 12 34.5 N"), 12.575, 45.25);
     row(QStringLiteral("+1234.5-04515.0/"), 12.575, -45.25);
+    row(QStringLiteral("12.575N -45.25"), 12.575, -45.25);
+    row(QStringLiteral("12 34.5 N E 45 15"), 12.575, 45.25);
     row(QStringLiteral("1234.500,N,04515.000,E"), 12.575, 45.25);
     row(QStringLiteral("90"), 90.0, 90.0);
     row(QStringLiteral("120"), NOTHING, 120.0);

@@ -87,13 +87,13 @@ bool settleCommas(QString& text)
     return true;
 }
 
-// Reads one of a pair, wherever the text can be divided in one way only.
+// Reads one of a pair. There is one way at most to divide a text into two coordinates, since signs
+// and letters stand at their ends.
 std::optional<coordinateText_t> readOneOfPair(const QString& text, kind_t kind)
 {
     static const QRegularExpression letter(pattern("[NSEW]"));
     static const QRegularExpression placeToDivide(
         pattern("[;/]|(?<=[NSEW])(?=.)|(?<=.)(?=[NSEW+-])"));
-    std::optional<coordinateText_t> found;
     QRegularExpressionMatchIterator places = placeToDivide.globalMatch(text);
     while (places.hasNext()) {
         const QRegularExpressionMatch place = places.next();
@@ -105,14 +105,12 @@ std::optional<coordinateText_t> readOneOfPair(const QString& text, kind_t kind)
                 continue; // without letters the latitude comes first
             const auto latitude = readOne(isLatitudeFirst ? first : second, LATITUDE);
             const auto longitude = readOne(isLatitudeFirst ? second : first, LONGITUDE);
-            if (!latitude || !longitude)
-                continue;
-            if (found)
-                return std::nullopt;
-            found = coordinateText_t{(kind == LATITUDE ? latitude : longitude)->value, true, false};
+            if (latitude && longitude)
+                return coordinateText_t{(kind == LATITUDE ? latitude : longitude)->value, true,
+                                        false};
         }
     }
-    return found;
+    return std::nullopt;
 }
 
 std::optional<coordinateText_t> read(const QString& original, kind_t kind)
