@@ -17,12 +17,10 @@ public:
     {
     }
 
-    bool skipBlanks()
+    void skipBlanks()
     {
-        const char* const from = m_next;
         while (m_next != m_end && *m_next == ' ')
             ++m_next;
-        return m_next != from;
     }
 
     bool isAtEnd() const { return m_next == m_end; }
@@ -37,12 +35,11 @@ public:
         return true;
     }
 
-    // Digits, and behind a point more digits; neither may be missing.
+    // To be called at a digit. Takes all of them, and behind a point more digits, which may not be
+    // missing.
     bool takeNumber(double& number, bool& hasDecimals)
     {
         const char* const from = m_next;
-        if (!isAtDigit())
-            return false;
         skipDigits();
         hasDecimals = take('.');
         if (hasDecimals) {
@@ -79,12 +76,10 @@ int parse(const std::string& text, char positive, char negative, double limit, d
     while (scanner.isAtDigit()) {
         if (count == 3 || hasDecimals || !scanner.takeNumber(fields[count], hasDecimals))
             return -1;
-        const bool hasBlank = scanner.skipBlanks();
-        const bool hasMark = scanner.take(marks[count]);
+        scanner.skipBlanks();
+        scanner.take(marks[count]);
         scanner.skipBlanks();
         ++count;
-        if (scanner.isAtDigit() && !hasMark && !hasBlank)
-            return -1;
     }
     if (count == 0 || fields[1] >= 60.0 || fields[2] >= 60.0)
         return -1;
