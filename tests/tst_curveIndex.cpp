@@ -21,6 +21,9 @@ private Q_SLOTS:
     void breaksTellWhereLinesChange();
     void breaksFollowTheThreshold();
     void startsAfreshWhenTheQueueChangesBehindItsBack();
+    void listsBreaksAfreshWhenTheQueueChangesBehindItsBack_data();
+    void listsBreaksAfreshWhenTheQueueChangesBehindItsBack();
+    void noticesWhatNoLongerFits();
     void searchesTreatNanAsNoBound();
     void searchesFindEveryPlace();
 };
@@ -139,6 +142,53 @@ void tst_curveIndex::startsAfreshWhenTheQueueChangesBehindItsBack()
     index.followBreaks(points, 2.0);
     QCOMPARE(index.nextBreak(1, 900), size_t(900));
     QVERIFY(index.isConsistent(points));
+}
+
+void tst_curveIndex::listsBreaksAfreshWhenTheQueueChangesBehindItsBack_data()
+{
+    QTest::addColumn<int>("size");
+    QTest::newRow("shorter") << 9;
+    QTest::newRow("as long") << 10;
+    QTest::newRow("longer") << 11;
+}
+
+void tst_curveIndex::listsBreaksAfreshWhenTheQueueChangesBehindItsBack()
+{
+    QFETCH(int, size);
+    points_t points;
+    for (int i = 0; i < 10; ++i)
+        points.emplace_back(i, 0.0, i < 5 ? Qt::blue : Qt::red);
+    curveIndex_t index;
+    index.followBreaks(points, 1.0);
+    QCOMPARE(index.nextBreak(1, 10), size_t(5));
+    const quint64 before = index.generation();
+
+    points.clear();
+    for (int i = 0; i < size; ++i)
+        points.emplace_back(i + 0.25, 0.0, i < 7 ? Qt::blue : Qt::red);
+    const auto end = static_cast<size_t>(size);
+    index.followBreaks(points, 1.0);
+    QCOMPARE(index.nextBreak(1, end), size_t(7));
+    QCOMPARE(index.nextBreak(7, end), end);
+    QVERIFY(index.generation() != before);
+    QVERIFY(index.isConsistent(points));
+}
+
+void tst_curveIndex::noticesWhatNoLongerFits()
+{
+    points_t points;
+    for (int i = 0; i < 200; ++i)
+        points.emplace_back(i, i, Qt::blue);
+    curveIndex_t index;
+    index.extremes(points, 0, 200); // three blocks of 64
+    QVERIFY(index.isConsistent(points));
+    points[100].value = 1000.0;
+    QVERIFY(!index.isConsistent(points));
+    points[100].value = 100.0;
+    points.resize(192, points.back());
+    QVERIFY(index.isConsistent(points));
+    points.pop_back();
+    QVERIFY(!index.isConsistent(points));
 }
 
 void tst_curveIndex::searchesTreatNanAsNoBound()

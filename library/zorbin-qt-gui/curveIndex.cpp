@@ -165,11 +165,9 @@ bool curveIndex_t::isConsistent(const points_t& points) const
     const quint64 end = m_base + points.size();
     quint64 size = leafSize;
     for (const level_t& level : m_levels) {
-        if (level.first * size < m_base)
+        if (level.first * size < m_base || (!level.nodes.empty() && level.end() * size > end))
             return false;
         for (quint64 block = level.first; block < level.end(); ++block) {
-            if ((block + 1) * size > end)
-                return false;
             extremes_t wanted;
             for (quint64 i = block * size; i < (block + 1) * size; ++i)
                 wanted.include(points[i - m_base].value);
