@@ -7,6 +7,7 @@
 #include <QHBoxLayout>
 #include <QLineEdit>
 #include <QMenu>
+#include <QMimeData>
 #include <QPointer>
 #include <QSignalSpy>
 #include <QValidator>
@@ -148,6 +149,10 @@ private Q_SLOTS:
     void convertsWhatIsPasted();
     void pastesFromTheMenu();
     void pastesNothingWhenReadOnly();
+    void pastesTheSelectionWithTheMiddleButton_data();
+    void pastesTheSelectionWithTheMiddleButton();
+    void convertsWhatIsDropped_data();
+    void convertsWhatIsDropped();
 
     void showsItsSelectorWhenAsked();
     void followsItsOwnSelector();
@@ -719,6 +724,55 @@ void tst_latLonEditor::pastesNothingWhenReadOnly()
     lineEdit(editor)->setReadOnly(true);
     QTest::keyClick(lineEdit(editor), Qt::Key_V, Qt::ControlModifier);
     QCOMPARE(shownText(editor), QStringLiteral("00.00000000°N"));
+}
+
+void tst_latLonEditor::pastesTheSelectionWithTheMiddleButton_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<bool>("isReadOnly");
+    QTest::addColumn<QString>("shown");
+    QTest::newRow("other form") << "12°34.5'S" << false << "12.57500000°S";
+    QTest::newRow("own form") << "12.50000000°" << false << "12.50000000°N";
+    QTest::newRow("read-only") << "12°34.5'S" << true << "00.00000000°N";
+}
+
+void tst_latLonEditor::pastesTheSelectionWithTheMiddleButton()
+{
+    QFETCH(QString, text);
+    QFETCH(bool, isReadOnly);
+    QVERIFY(QApplication::clipboard()->supportsSelection());
+    latitudeEditor_t editor;
+    editor.resize(400, 40);
+    lineEdit(editor)->setReadOnly(isReadOnly);
+    QApplication::clipboard()->setText(text, QClipboard::Selection);
+    QTest::mouseClick(lineEdit(editor), Qt::MiddleButton, Qt::NoModifier, QPoint(1, 10));
+    QTEST(shownText(editor), "shown");
+    // Another button pastes nothing.
+    latitudeEditor_t other;
+    QTest::mouseClick(lineEdit(other), Qt::LeftButton);
+    QCOMPARE(shownText(other), QStringLiteral("00.00000000°N"));
+}
+
+void tst_latLonEditor::convertsWhatIsDropped_data()
+{
+    pastesTheSelectionWithTheMiddleButton_data();
+}
+
+void tst_latLonEditor::convertsWhatIsDropped()
+{
+    QFETCH(QString, text);
+    QFETCH(bool, isReadOnly);
+    latitudeEditor_t editor;
+    editor.resize(400, 40);
+    lineEdit(editor)->setReadOnly(isReadOnly);
+    QMimeData dropped;
+    dropped.setText(text);
+    QDragEnterEvent enter(QPoint(1, 10), Qt::CopyAction, &dropped, Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(lineEdit(editor), &enter);
+    QDropEvent event(QPointF(1.0, 10.0), Qt::CopyAction, &dropped, Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(lineEdit(editor), &event);
+    QTEST(shownText(editor), "shown");
+    QCOMPARE(event.isAccepted(), !isReadOnly);
 }
 
 void tst_latLonEditor::showsItsSelectorWhenAsked()
