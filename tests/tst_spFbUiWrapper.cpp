@@ -167,6 +167,7 @@ private Q_SLOTS:
     void survivesSlotsThatDeleteOtherWidgets();
     void survivesTheLaterDeletionOfTheWidgetThatChanged();
     void survivesARemovalByTheMoveOfACursor();
+    void initializesWithoutAnItemRemovedMeanwhile();
 
 private:
     std::unique_ptr<panel_t> m_panel;
@@ -727,6 +728,20 @@ void tst_spFbUiWrapper::survivesARemovalByTheMoveOfACursor()
     });
     binder.initGui();
     QVERIFY(!binder.idExists(40));
+}
+
+void tst_spFbUiWrapper::initializesWithoutAnItemRemovedMeanwhile()
+{
+    spFbUiWrapper_t& binder = m_panel->binder;
+    m_panel->lineEdit.setText(QStringLiteral("abc"));
+    m_panel->lineEdit.setCursorPosition(0);
+    connect(&m_panel->lineEdit, &QLineEdit::cursorPositionChanged, this,
+            [&binder] { binder.removeWrapper(50); });
+    m_panel->slider.blockSignals(true);
+    m_panel->slider.setValue(6);
+    binder.initGui();
+    QVERIFY(!binder.idExists(50));
+    QCOMPARE(binder.setpointValue(60), QVariant(6)); // the items behind it have their turn
 }
 
 int main(int argc, char* argv[])
