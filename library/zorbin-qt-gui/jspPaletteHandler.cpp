@@ -14,10 +14,10 @@ bool jspPaletteHandler_t::load(const std::string& fileName, palette_t* palette)
     if (descriptor == -1)
         return false;
     std::FILE* const file = fdopen(descriptor, "r");
-    if (file == nullptr) {
+    if (file == nullptr) { // GCOVR_EXCL_START It takes a lack of memory.
         close(descriptor);
         return false;
-    }
+    } // GCOVR_EXCL_STOP
     std::vector<unsigned int> table;
     unsigned red = 0;
     unsigned green = 0;

@@ -192,9 +192,8 @@ std::string glVendor()
     if (glContextOf(probe) == nullptr)
         return {};
     probe.makeCurrent();
-    if (QGLContext::currentContext() != probe.context())
-        return {};
-    const GLubyte* const vendor = glGetString(GL_VENDOR);
+    const bool isCurrent = QGLContext::currentContext() == probe.context();
+    const GLubyte* const vendor = isCurrent ? glGetString(GL_VENDOR) : nullptr;
     return vendor == nullptr ? std::string() : reinterpret_cast<const char*>(vendor);
 }
 #endif
