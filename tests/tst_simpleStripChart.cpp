@@ -1247,7 +1247,9 @@ void tst_simpleStripChart::showsAsThePlainWidget()
                 scrollTime(now - 2.5 * span);
                 break;
             case 10: {
-                const QSize size(random.integer(60, 400), random.integer(50, 200));
+                QSize size(random.integer(60, 400), random.integer(50, 200));
+                if (random.chance(0.5)) // hardly changes the time scale
+                    size.setWidth(both.chart.width() + random.oneOf<int>({-2, -1, 1, 2}));
                 both.chart.resize(size);
                 both.plain.resize(size);
                 break;
