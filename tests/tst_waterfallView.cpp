@@ -266,6 +266,10 @@ private Q_SLOTS:
     void handlesNoOtherInput();
 
     // Anything.
+    void survivesARendererThatChangesIt_data();
+    void survivesARendererThatChangesIt();
+    void fillsWhatNoImageCanHold();
+    void paintsOnlyTheLinesThatItHas();
     void survivesSlotsThatDeleteIt_data();
     void survivesSlotsThatDeleteIt();
     void showsAndSaysWhatThePlainOneDoes_data();
@@ -1137,6 +1141,98 @@ void tst_waterfallView::handlesNoOtherInput()
     QCOMPARE(waterfall.view.position(), position);
     QCOMPARE(waterfall.renderer.takeCalls(), QStringList());
     QVERIFY(waterfall.log->take().filter("positionChanged").isEmpty());
+}
+
+namespace {
+
+// Does something else when it is first asked for a line.
+class meddlingRenderer_t : public patternRenderer_t
+{
+public:
+    void render(const context_t* context, QRgb* pixels, baseWaterfallModel_t* model,
+                unsigned int index) override
+    {
+        if (meddle)
+            std::exchange(meddle, nullptr)();
+        patternRenderer_t::render(context, pixels, model, index);
+    }
+
+    std::function<void()> meddle;
+};
+
+// Keeps its lines whatever its size.
+class stubbornView_t : public view_t
+{
+protected:
+    void resizeEvent(QResizeEvent* /*event*/) override {}
+};
+
+using viewUse_t = std::function<void(view_t&)>;
+
+// What a view paints on red, the background left out.
+QImage paintedOnRed(QWidget& view, const QRect& part)
+{
+    QImage picture(part.size(), QImage::Format_RGB32);
+    picture.fill(Qt::red);
+    view.render(&picture, QPoint(), part, QWidget::RenderFlags());
+    return picture;
+}
+
+} // namespace
+Q_DECLARE_METATYPE(viewUse_t)
+
+void tst_waterfallView::survivesARendererThatChangesIt_data()
+{
+    QTest::addColumn<viewUse_t>("meddle");
+    const auto row = [](const char* name, const viewUse_t& use) { QTest::newRow(name) << use; };
+    row("turned", [](view_t& view) { view.orientation(Qt::Horizontal); });
+    row("other bounds", [](view_t& view) { view.bounds(0.0, 3.0); });
+    row("on by one", [](view_t& view) { view.position(100); });
+    row("back by one", [](view_t& view) { view.position(98); });
+    row("back by more than fit", [](view_t& view) { view.position(50); });
+}
+
+void tst_waterfallView::survivesARendererThatChangesIt()
+{
+    QFETCH(viewUse_t, meddle);
+    waterfall_t waterfall(QSize(60, 40), 100);
+    view_t& view = waterfall.view;
+    meddlingRenderer_t renderer;
+    view._renderer(&renderer);
+    renderer.meddle = [&] { meddle(view); };
+    view.bounds(0.0, 2.0);
+    QVERIFY(!renderer.meddle);
+    QCOMPARE(firstDifference(snapshot(view), waterfall.wanted()), QString());
+}
+
+void tst_waterfallView::fillsWhatNoImageCanHold()
+{
+    waterfall_t waterfall(QSize(QWIDGETSIZE_MAX, QWIDGETSIZE_MAX), 100);
+    QImage wanted(20, 10, QImage::Format_RGB32);
+    wanted.fill(waterfall.view.palette().color(QPalette::Window));
+    QCOMPARE(firstDifference(paintedOnRed(waterfall.view, QRect(0, 0, 20, 10)), wanted), QString());
+    QCOMPARE(waterfall.view.position(), 99);
+    QCOMPARE(waterfall.renderer.takeCalls(), QStringList());
+}
+
+void tst_waterfallView::paintsOnlyTheLinesThatItHas()
+{
+    stubbornView_t view;
+    const QSize lines = view.size();
+    view.resize(lines + QSize(100, 100));
+    QImage red(10, 10, QImage::Format_RGB32);
+    red.fill(Qt::red);
+    QImage corner = red;
+    QPainter(&corner).fillRect(0, 0, 4, 3, view.palette().color(QPalette::Window));
+    for (const Qt::Orientation orientation : {Qt::Vertical, Qt::Horizontal}) {
+        const QRect outside(lines.width() + 5, lines.height() + 5, 10, 10);
+        QCOMPARE(firstDifference(paintedOnRed(view, outside), red), QString());
+        const QRect across(lines.width() - 4, lines.height() - 3, 10, 10);
+        QCOMPARE(firstDifference(paintedOnRed(view, across), corner), QString());
+        view.resize(lines);
+        view.orientation(orientation == Qt::Vertical ? Qt::Horizontal : Qt::Vertical);
+        view.resize(lines + QSize(100, 100));
+    }
 }
 
 void tst_waterfallView::survivesSlotsThatDeleteIt_data()

@@ -291,8 +291,9 @@ void baseWaterfallView_t::regen(qint64 last, qint64 count)
             m_d->renderer->render(&context, line->data(), m_d->model, static_cast<unsigned>(index));
         if (m_d->renderPixel != line)
             return;
-        std::transform(line->begin(), line->end(),
-                       reinterpret_cast<QRgb*>(m_d->ring.scanLine(m_d->row(index))), opaque);
+        if (m_d->isVisible(index)) // still, should the renderer have moved the view
+            std::transform(line->begin(), line->end(),
+                           reinterpret_cast<QRgb*>(m_d->ring.scanLine(m_d->row(index))), opaque);
     }
 }
 
