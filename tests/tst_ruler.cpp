@@ -8,6 +8,8 @@
 #include <QMouseEvent>
 #include <QPainter>
 #include <QPointer>
+#include <QProxyStyle>
+#include <QScopeGuard>
 #include <QSignalSpy>
 #include <QStyle>
 #include <QTest>
@@ -271,6 +273,7 @@ private Q_SLOTS:
     void laysNoTicks();
     void letsLabelsTouch();
     void letsLabelsOverlapNearTheStart();
+    void measuresLabelsAmongThousands();
     void measuresLabelsAlongTheAxis_data();
     void measuresLabelsAlongTheAxis();
     void ignoresLabelsWithoutAnEdge();
@@ -317,6 +320,7 @@ private Q_SLOTS:
     void pointsAtAValue_data();
     void pointsAtAValue();
     void remembersWhatItPointedAt();
+    void asksTheStyleForItsArrowWhenThatChanges();
     void drawsNothingWithoutAnEdge();
 
     // The mouse.
@@ -669,6 +673,22 @@ void tst_ruler::letsLabelsOverlapNearTheStart()
     stage.ruler.resize(static_cast<int>(half) - 1, 60);
     stage.ruler.range(0.0, half - 1.0);
     QVERIFY(stage.ruler.labelFit(half / 4.0));
+}
+
+void tst_ruler::measuresLabelsAmongThousands()
+{
+    stage_t worn;
+    worn.ruler.labels = labels_t::TIMES;
+    for (int i = 0; i < 400; ++i) {
+        worn.ruler.range(100.0 * i, 100.0 * i + 100.0);
+        worn.ruler.calculateTickPlacement();
+    }
+    stage_t fresh;
+    fresh.ruler.labels = labels_t::TIMES;
+    fresh.ruler.range(39900.0, 40000.0);
+    const QImage picture = snapshot(fresh.ruler);
+    QVERIFY(picture != blank(fresh.ruler));
+    QCOMPARE(firstDifference(snapshot(worn.ruler), picture), QString());
 }
 
 void tst_ruler::measuresLabelsAlongTheAxis_data()
@@ -1373,6 +1393,54 @@ void tst_ruler::pointsAtAValue()
     QCOMPARE(firstDifference(snapshot(ruler), wanted.picture), QString());
     ruler.clearIndicator();
     QCOMPARE(firstDifference(snapshot(ruler), blank(ruler)), QString());
+}
+
+namespace {
+
+// Counts the icons that it is asked for; all of them are red squares.
+class redStyle_t : public QProxyStyle
+{
+public:
+    explicit redStyle_t(int* icons) : m_icons(*icons) {}
+
+    QIcon standardIcon(StandardPixmap /*which*/, const QStyleOption* /*option*/,
+                       const QWidget* /*widget*/) const override
+    {
+        ++m_icons;
+        QPixmap square(16, 16);
+        square.fill(Qt::red);
+        return QIcon(square);
+    }
+
+private:
+    int& m_icons;
+};
+
+} // namespace
+
+void tst_ruler::asksTheStyleForItsArrowWhenThatChanges()
+{
+    stage_t stage(QSize(100, 100));
+    ruler_t& ruler = stage.ruler;
+    ruler.tickLength(0);
+    ruler.range(0.0, 100.0);
+    ruler.indicator(40.0);
+    QVERIFY(snapshot(ruler).pixelColor(33, 15) != QColor(Qt::red));
+
+    int icons = 0;
+    const QString before = QApplication::style()->objectName();
+    QApplication::setStyle(new redStyle_t(&icons));
+    const auto restore = qScopeGuard([&] { QApplication::setStyle(before); });
+    icons = 0;
+    QCOMPARE(snapshot(ruler).pixelColor(33, 15), QColor(Qt::red));
+    ruler.indicator(50.0);
+    QCOMPARE(snapshot(ruler).pixelColor(43, 15), QColor(Qt::red));
+    QCOMPARE(icons, 1);
+    QPalette palette = ruler.palette();
+    palette.setColor(QPalette::WindowText, Qt::blue); // styles draw arrows in such colours
+    ruler.setPalette(palette);
+    snapshot(ruler);
+    QCOMPARE(icons, 2);
 }
 
 void tst_ruler::remembersWhatItPointedAt()
