@@ -166,6 +166,7 @@ private Q_SLOTS:
     void survivesDeletingInAnyOrder_data();
     void survivesDeletingInAnyOrder();
     void survivesACurveThatDeletesAnother();
+    void survivesTheEndOfACurveAmidTwoOfItsPoints();
     void mayBeDeletedBySlotsOfACurvesEnd();
     void hasForgottenACurveBeforeItsEndIsAnnounced_data();
     void hasForgottenACurveBeforeItsEndIsAnnounced();
@@ -1072,6 +1073,24 @@ void tst_stripChart::survivesACurveThatDeletesAnother()
     chart.reset();
     QVERIFY(!first);
     QVERIFY(!second);
+}
+
+void tst_stripChart::survivesTheEndOfACurveAmidTwoOfItsPoints()
+{
+    stripChart_t chart(nullptr);
+    QPointer<stripChartCurve_t> curve = new stripChartCurve_t(nullptr);
+    chart.addCurve(curve);
+    int changes = 0;
+    connect(&chart, &stripChart_t::valueBoundsChanged, this, [&] {
+        if (++changes == 1)
+            curve->addPoint(-1.0, 1e6);
+        else
+            delete curve;
+    });
+    curve->addPoint(-2.0, 1e3);
+    QCOMPARE(changes, 2);
+    QVERIFY(!curve);
+    QVERIFY(implOf(chart).curves().empty());
 }
 
 void tst_stripChart::mayBeDeletedBySlotsOfACurvesEnd()
