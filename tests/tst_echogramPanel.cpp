@@ -383,7 +383,8 @@ void tst_echogramPanel::showsTwiceTheGreatestDepthAtFirst_data()
     QTest::addColumn<double>("depth");
     QTest::addColumn<double>("end");
     QTest::newRow("shallow") << 2.0 << 4.0;
-    QTest::newRow("deep") << 7.0 << 8.0; // all there is
+    QTest::newRow("next to nothing") << 0.01 << 0.1; // the smallest span
+    QTest::newRow("deep") << 7.0 << 8.0;             // all there is
     QTest::newRow("deeper than the record") << 100.0 << 8.0;
     QTest::newRow("none") << NO_DEPTH << 8.0;
 }
@@ -394,13 +395,8 @@ void tst_echogramPanel::showsTwiceTheGreatestDepthAtFirst()
     QFETCH(double, end);
     std::vector<echogram_t> echograms = testEchograms();
     for (ping_t& ping : echograms[0].record.pings)
-        ping.depth = 1.0;
-    if (std::isnan(depth)) {
-        for (ping_t& ping : echograms[0].record.pings)
-            ping.depth = NO_DEPTH;
-    } else {
-        echograms[0].record.pings[50].depth = depth;
-    }
+        ping.depth = depth * 0.5;
+    echograms[0].record.pings[50].depth = depth;
     const panelOnScreen_t console(echograms);
     QCOMPARE(console.panel.view()->begBound(), 0.0);
     QCOMPARE(console.panel.view()->endBound(), end);

@@ -91,12 +91,16 @@ private Q_SLOTS:
     void startsOverAtTheEnd();
     void goesBack();
     void goesFarAhead();
+    void goesAheadOneByOneOrAtOnce_data();
+    void goesAheadOneByOneOrAtOnce();
     void drawsSamplesAcrossTheTrack();
     void drawsTheMeanOfManySamples();
     void leavesPixelsBeyondTheSwath();
     void colorsFollowTheLevels();
     void followsTheNewestPing();
     void standsStillWhenScrolledBack();
+    void standsStillWhenTheReplayJumps_data();
+    void standsStillWhenTheReplayJumps();
     void goesBackToTheNewest();
     void letsGoOfPingsThatAreDropped();
     void rulersFollowTheView();
@@ -130,11 +134,17 @@ void tst_sonarPanel::modelStartsAnew()
     pingModel_t model;
     QVERIFY(!model.dropItem());
     model.addPing({1.0, {}});
-    model.clear(40);
-    QCOMPARE(model.itemCount(), 0U);
-    model.addPing({2.0, {}});
+    QSignalSpy reset(&model, &pingModel_t::modelReset);
+    model.replace(40, {{2.0, {}}, {3.0, {}}});
+    QCOMPARE(reset.count(), 1);
+    QCOMPARE(model.itemCount(), 2U);
+    model.addPing({4.0, {}});
     QCOMPARE(model.begin(), 40);
     QCOMPARE(model.ping(40).time, 2.0);
+    QCOMPARE(model.ping(42).time, 4.0);
+    model.replace(7, {});
+    QVERIFY(!model.dropItem());
+    QCOMPARE(model.end(), 7);
 }
 
 void tst_sonarPanel::playsAtThePaceOfTheRecord()
@@ -190,6 +200,42 @@ void tst_sonarPanel::goesFarAhead()
     QCOMPARE(model.end(), 100001);
     QCOMPARE(model.itemCount(), unsigned(pingModel_t::CAPACITY));
     QCOMPARE(model.ping(100000).time, START);
+}
+
+void tst_sonarPanel::goesAheadOneByOneOrAtOnce_data()
+{
+    QTest::addColumn<double>("seconds");
+    QTest::addColumn<int>("added");
+    QTest::addColumn<int>("resets");
+    QTest::newRow("nothing new") << 0.4 << 0 << 0;
+    QTest::newRow("one by one") << 50.0 << 100 << 0;
+    QTest::newRow("at once") << 50.5 << 0 << 1;
+}
+
+// Either way the model holds the same.
+void tst_sonarPanel::goesAheadOneByOneOrAtOnce()
+{
+    QFETCH(double, seconds);
+    QFETCH(int, added);
+    QFETCH(int, resets);
+    const sonarRecord_t record = testRecord();
+    pingModel_t model;
+    pingPlayer_t player(record, &model);
+    player.goTo(0.0);
+    QSignalSpy add(&model, &pingModel_t::itemAdded);
+    QSignalSpy reset(&model, &pingModel_t::modelReset);
+    player.goTo(seconds);
+    QCOMPARE(add.count(), added);
+    QCOMPARE(reset.count(), resets);
+    pingModel_t slow;
+    pingPlayer_t slowPlayer(record, &slow);
+    for (double time = 0.0; time <= seconds; time += 0.1)
+        slowPlayer.goTo(time);
+    slowPlayer.goTo(seconds);
+    QCOMPARE(model.begin(), slow.begin());
+    QCOMPARE(model.end(), slow.end());
+    for (int index = model.begin(); index < model.end(); ++index)
+        QCOMPARE(model.ping(index).time, slow.ping(index).time);
 }
 
 namespace {
@@ -284,6 +330,29 @@ void tst_sonarPanel::standsStillWhenScrolledBack()
     QCOMPARE(slider->value(), 30);
     QCOMPARE(slider->maximum(), 50);
     QVERIFY(console.find<QToolButton>("newestButton")->isEnabled());
+}
+
+void tst_sonarPanel::standsStillWhenTheReplayJumps_data()
+{
+    QTest::addColumn<double>("seconds");
+    QTest::addColumn<int>("position");
+    QTest::newRow("ahead") << 500.0 << 30;
+    QTest::newRow("back") << 17.0 << 30;
+    QTest::newRow("beyond where it is scrolled to") << 10.0 << 20;
+    QTest::newRow("beyond what is held") << 2000.0 << 4000;
+}
+
+void tst_sonarPanel::standsStillWhenTheReplayJumps()
+{
+    QFETCH(double, seconds);
+    QFETCH(int, position);
+    panelOnScreen_t console;
+    QVERIFY(console.isReady());
+    console.panel.showTime(20.0);
+    console.find<QSlider>("scrollSlider")->setValue(30);
+    console.panel.showTime(seconds);
+    QCOMPARE(console.view()->position(), position);
+    QCOMPARE(console.find<QSlider>("scrollSlider")->value(), position);
 }
 
 void tst_sonarPanel::goesBackToTheNewest()

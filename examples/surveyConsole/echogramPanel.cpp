@@ -83,6 +83,9 @@ echogramPanel_t::echogramPanel_t(const std::vector<echogram_t>& echograms, QWidg
     m_beamBox->setToolTip(tr("The frequency of the echosounder"));
     for (const echogram_t& echogram : m_echograms)
         m_beamBox->addItem(beamName(echogram));
+    for (int row = 0; row < m_beamBox->count(); ++row)
+        m_beamBox->setItemData(row, m_echograms[static_cast<std::size_t>(row)].name,
+                               Qt::ToolTipRole);
     addControl(m_beamBox);
     addBesideWaterfall(makeDepth());
     connect(m_beamBox, QOverload<int>::of(&QComboBox::activated), this,
@@ -94,7 +97,7 @@ echogramPanel_t::echogramPanel_t(const std::vector<echogram_t>& echograms, QWidg
     arrange(Qt::Horizontal, m_timeAxis);
     const double depth = greatestDepth(record());
     if (depth > 0.0)
-        view()->bounds(0.0, std::min(FIRST_DEPTHS * depth, record().extent.end));
+        chooseBounds(0.0, FIRST_DEPTHS * depth);
 }
 
 QWidget* echogramPanel_t::makeDepth()

@@ -19,10 +19,10 @@ bool pingModel_t::dropItem()
     return true;
 }
 
-void pingModel_t::clear(int begin)
+void pingModel_t::replace(int begin, std::deque<ping_t> pings)
 {
-    m_pings.clear();
-    reset(begin, 0);
+    m_pings = std::move(pings);
+    reset(begin, static_cast<unsigned>(m_pings.size()));
 }
 
 } // namespace survey_console

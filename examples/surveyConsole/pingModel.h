@@ -20,8 +20,9 @@ public:
 
     bool dropItem() override;
 
-    /// Drops all pings; the next one will have the index \p begin. Emits modelReset().
-    void clear(int begin);
+    /// Holds \p pings, at most CAPACITY, in place of those it held; the first one has the index
+    /// \p begin. Emits modelReset().
+    void replace(int begin, std::deque<ping_t> pings);
 
     /// The ping of an index from begin() up to, but without, end().
     const ping_t& ping(int index) const

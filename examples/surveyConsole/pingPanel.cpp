@@ -101,7 +101,7 @@ pingPanel_t::pingPanel_t(const pingPanelSetup_t& setup, const QString& recordNam
         countLevels();
     });
     connect(&m_model, &pingModel_t::itemAdded, this, &pingPanel_t::showPosition);
-    connect(&m_model, &pingModel_t::modelReset, this, &pingPanel_t::goToNewest);
+    connect(&m_model, &pingModel_t::modelReset, this, &pingPanel_t::showAnew);
     connect(m_histogram, &levelHistogram_t::rangeChosen, this, &pingPanel_t::showLevels);
     m_histogram->chooseRange(setup.firstMin, setup.firstMax);
     nameRecord(recordName);
@@ -197,17 +197,11 @@ void pingPanel_t::nameRecord(const QString& recordName)
 
 void pingPanel_t::play(const QString& recordName, const sonarRecord_t& record)
 {
-    const bool followed = m_view->position() == m_model.end() - 1;
-    const int position = m_view->position();
     m_record = &record;
     nameRecord(recordName);
-    m_player.play(record);
     m_renderer.setExtent(record.extent);
     chooseBounds(m_view->begBound(), m_view->endBound());
-    m_player.goTo(m_seconds);
-    if (!followed)
-        m_view->position(std::clamp(position, m_model.begin(), m_model.end() - 1));
-    countLevels();
+    m_player.play(record, m_seconds);
 }
 
 void pingPanel_t::showWholeRange()
@@ -285,16 +279,16 @@ void pingPanel_t::showPosition()
         m_view->position(m_model.begin()); // what it showed has gone
     const int end = m_view->position() + 1;
     Q_EMIT pingsShown(end - m_view->visibleCount(), end);
-    const bool isNewest = m_view->position() == m_model.end() - 1;
+    m_isNewest = m_view->position() == m_model.end() - 1;
     const QSignalBlocker blocker(m_scrollSlider); // following isn't scrolling
     m_scrollSlider->setRange(m_model.begin(), std::max(m_model.end() - 1, m_model.begin()));
     m_scrollSlider->setPageStep(std::max(m_view->visibleCount(), 1));
     m_scrollSlider->setValue(m_view->position());
-    m_newestButton->setEnabled(!isNewest);
-    m_newestButton->setToolTip(isNewest ? tr("The newest pings show")
-                                        : tr("Earlier pings show; click for the newest"));
+    m_newestButton->setEnabled(!m_isNewest);
+    m_newestButton->setToolTip(m_isNewest ? tr("The newest pings show")
+                                          : tr("Earlier pings show; click for the newest"));
     QPalette palette = m_newestButton->palette();
-    const QColor color = isNewest ? theme::quietText() : theme::paused();
+    const QColor color = m_isNewest ? theme::quietText() : theme::paused();
     if (palette.color(QPalette::ButtonText) != color) {
         palette.setColor(QPalette::ButtonText, color);
         m_newestButton->setPalette(palette);
@@ -304,7 +298,15 @@ void pingPanel_t::showPosition()
 void pingPanel_t::goToNewest()
 {
     m_view->position(m_model.end() - 1);
-    m_view->regenAll(); // the model may hold others at the same place
+    countLevels();
+}
+
+// The model holds others.
+void pingPanel_t::showAnew()
+{
+    if (m_isNewest || !m_model.holds(m_view->position()))
+        m_view->position(m_model.end() - 1);
+    m_view->regenAll(); // also at the same place
     showPosition();
     countLevels();
 }

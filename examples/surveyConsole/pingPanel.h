@@ -81,11 +81,13 @@ protected:
     pingRenderer_t* renderer() { return &m_renderer; }
     const sonarRecord_t& record() const { return *m_record; }
     /// Goes over to another record, which likewise must outlive the panel, at the same time of the
-    /// replay.
+    /// replay, and stays where it is scrolled back to.
     void play(const QString& recordName, const sonarRecord_t& record);
 
     /// Lets the pings run down, \p pingRuler at their left, or to the left, \p pingRuler below.
     void arrange(Qt::Orientation orientation, QWidget* pingRuler);
+    /// Shows the range between two metres, in any order, as far as there is one.
+    void chooseBounds(double start, double end);
     /// Adds a control at the top, left of the palette.
     void addControl(QWidget* control);
     /// Adds a widget below the histogram.
@@ -101,10 +103,10 @@ private:
     QWidget* makeLevels(const pingPanelSetup_t& setup);
     void nameRecord(const QString& recordName);
     void showPalette();
-    void chooseBounds(double start, double end);
     void showBounds(double beg, double end);
     void showPosition();
     void goToNewest();
+    void showAnew();
     void showPointed(int index, double coord);
     void countLevels();
     void showLevels(float min, float max);
@@ -127,6 +129,7 @@ private:
     levelHistogram_t* m_histogram;
     QLabel* m_levelLabel;
     double m_seconds = 0.0; // of the replay
+    bool m_isNewest = true; // whether the view shows the newest ping
     int m_countedEnd = 0;   // of the view when its levels were counted last
 };
 

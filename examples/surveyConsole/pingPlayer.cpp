@@ -8,6 +8,7 @@ namespace survey_console {
 namespace {
 
 const double MIN_INTERVAL = 0.01; // s between the last ping and the first one
+const qint64 MAX_STEPS = 100;     // pings that come one by one
 
 // In seconds, from one start to the next; positive.
 double durationOf(const sonarRecord_t& record)
@@ -23,13 +24,23 @@ pingPlayer_t::pingPlayer_t(const sonarRecord_t& record, pingModel_t* model, QObj
 {
 }
 
-void pingPlayer_t::play(const sonarRecord_t& record)
+void pingPlayer_t::play(const sonarRecord_t& record, double seconds)
 {
     m_record = &record;
-    m_model->clear(0);
+    fill(endAt(seconds));
 }
 
 void pingPlayer_t::goTo(double seconds)
+{
+    const qint64 end = endAt(seconds);
+    if (end < m_model->end() || end - m_model->end() > MAX_STEPS)
+        fill(end);
+    for (qint64 index = m_model->end(); index < end; ++index)
+        m_model->addPing(pingAt(index));
+}
+
+// How many pings have come, those of earlier rounds included.
+qint64 pingPlayer_t::endAt(double seconds) const
 {
     const std::vector<ping_t>& pings = m_record->pings;
     const double duration = durationOf(*m_record);
@@ -37,12 +48,23 @@ void pingPlayer_t::goTo(double seconds)
     const double time = pings.front().time + std::max(seconds, 0.0) - rounds * duration;
     const auto later = std::upper_bound(pings.begin(), pings.end(), time,
                                         [](double t, const ping_t& ping) { return t < ping.time; });
-    const auto count = static_cast<qint64>(pings.size());
-    const qint64 end = static_cast<qint64>(rounds) * count + (later - pings.begin());
-    if (end < m_model->end() || end - m_model->end() > pingModel_t::CAPACITY)
-        m_model->clear(static_cast<int>(std::max<qint64>(end - pingModel_t::CAPACITY, 0)));
-    for (qint64 index = m_model->end(); index < end; ++index)
-        m_model->addPing(pings[static_cast<std::size_t>(index % count)]);
+    return static_cast<qint64>(rounds) * static_cast<qint64>(pings.size()) +
+           (later - pings.begin());
+}
+
+// With the newest ones of those that have come.
+void pingPlayer_t::fill(qint64 end)
+{
+    const qint64 begin = std::max<qint64>(end - pingModel_t::CAPACITY, 0);
+    std::deque<ping_t> pings;
+    for (qint64 index = begin; index < end; ++index)
+        pings.push_back(pingAt(index));
+    m_model->replace(static_cast<int>(begin), std::move(pings));
+}
+
+const ping_t& pingPlayer_t::pingAt(qint64 index) const
+{
+    return m_record->pings[static_cast<std::size_t>(index) % m_record->pings.size()];
 }
 
 } // namespace survey_console
