@@ -1196,6 +1196,7 @@ void tst_waterfallView::survivesARendererThatChangesIt()
 {
     QFETCH(viewUse_t, meddle);
     waterfall_t waterfall(QSize(60, 40), 100);
+    QVERIFY(waterfall.show()); // a hidden one renders everything anew for a picture
     view_t& view = waterfall.view;
     meddlingRenderer_t renderer;
     view._renderer(&renderer);

@@ -51,6 +51,7 @@ struct baseWaterfallViewPrivate_t
     QPoint pointPos = {-1, -1}; // of the pointer; so while it is outside
     int numDataPixels = 0;      // the length of a line
     int maxItems = 0;           // lines that fit
+    quint64 generation = 0;     // how often all lines were rendered anew
 
     bool isVertical() const { return orientation == Qt::Vertical; }
 
@@ -266,6 +267,7 @@ void baseWaterfallView_t::dropItem()
 
 void baseWaterfallView_t::regenAll()
 {
+    ++m_d->generation;
     regen(m_d->endIndex - 1, m_d->maxItems);
     update();
 }
@@ -279,9 +281,9 @@ void baseWaterfallView_t::regen(qint64 last, qint64 count)
         static_cast<unsigned>(m_d->numDataPixels), m_d->begBound, m_d->endBound,
         m_d->numDataPixels / (m_d->endBound - m_d->begBound)};
     const QRgb background = palette().color(QPalette::Window).rgb();
-    // Kept alive here: should a renderer after all make the view exchange its buffers, that has
-    // rendered everything anew.
+    // Kept alive here: a renderer may after all make the view exchange its buffers.
     const std::shared_ptr<std::vector<QRgb>> line = m_d->renderPixel;
+    const quint64 generation = m_d->generation;
     for (qint64 index = last; index > last - count; --index) {
         if (!m_d->isVisible(index))
             continue;
@@ -289,7 +291,7 @@ void baseWaterfallView_t::regen(qint64 last, qint64 count)
         if (m_d->model != nullptr && m_d->renderer != nullptr && index >= m_d->model->begin() &&
             index < m_d->model->end())
             m_d->renderer->render(&context, line->data(), m_d->model, static_cast<unsigned>(index));
-        if (m_d->renderPixel != line)
+        if (m_d->generation != generation) // the renderer has changed more than the position
             return;
         if (m_d->isVisible(index)) // still, should the renderer have moved the view
             std::transform(line->begin(), line->end(),
