@@ -265,6 +265,7 @@ private Q_SLOTS:
     void drawsTheLineToTheIncomingPointsAtFullOpacity();
     void drawsTheLineFromTheOutgoingPoints_data();
     void drawsTheLineFromTheOutgoingPoints();
+    void interruptsTheLineFromTheOutgoingPointsAtNaN();
     void drawsWithoutHolesWhilePointsAgeOut();
     void takesANewColourAtTheNextDraw();
     void forgetsNoColourBetweenTwoDraws();
@@ -287,6 +288,8 @@ private Q_SLOTS:
     void releasesListsInEveryOrder_data();
     void releasesListsInEveryOrder();
     void keepsDrawingAfterBeingHiddenAndReparented();
+    void drawsAgainInAnotherContext();
+    void makesNoListsWithoutAWindow();
     void leavesNothingBehindAfterAHundredCharts();
     void survivesChangesAtRandom();
 
@@ -332,20 +335,39 @@ static int makeThreeCharts()
     return 0;
 }
 
+// Such contexts lack the fixed functions. In Qt 6 the charts ask for another one themselves.
+static int makeThreeChartsInTheCoreProfile()
+{
+#if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
+    QGLFormat format;
+    format.setVersion(3, 3);
+    format.setProfile(QGLFormat::CoreProfile);
+    QGLFormat::setDefaultFormat(format);
+#endif
+    return makeThreeCharts();
+}
+
 void tst_glStripChart::warnsOnceWithoutAContext_data()
 {
+    QTest::addColumn<QString>("scenario");
     QTest::addColumn<QStringList>("environment");
+    const QString plain = "three charts";
     QTest::newRow("X without GLX")
-        << QStringList{"QT_QPA_PLATFORM=xcb", "QT_XCB_GL_INTEGRATION=none"};
-    QTest::newRow("minimal") << QStringList{"QT_QPA_PLATFORM=minimal"};
-    QTest::newRow("offscreen") << QStringList{"QT_QPA_PLATFORM=offscreen", "DISPLAY",
+        << plain << QStringList{"QT_QPA_PLATFORM=xcb", "QT_XCB_GL_INTEGRATION=none"};
+    QTest::newRow("minimal") << plain << QStringList{"QT_QPA_PLATFORM=minimal"};
+    QTest::newRow("offscreen") << plain
+                               << QStringList{"QT_QPA_PLATFORM=offscreen", "DISPLAY",
                                               "LSAN_OPTIONS=detect_leaks=0"};
+#if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
+    QTest::newRow("core profile") << QString("three charts in the core profile") << QStringList();
+#endif
 }
 
 void tst_glStripChart::warnsOnceWithoutAContext()
 {
+    QFETCH(QString, scenario);
     QFETCH(QStringList, environment);
-    const childOutcome_t child = runChild("three charts", environment);
+    const childOutcome_t child = runChild(scenario, environment);
     QVERIFY(!child.crashed);
     QCOMPARE(child.exitCode, 0);
     QCOMPARE(child.said.count(QStringLiteral("warning: ") + QLatin1String(noContextWarning)), 1);
@@ -785,6 +807,21 @@ void tst_glStripChart::drawsTheLineFromTheOutgoingPoints()
     QCOMPARE(picture.pixelColor(210, 49).green(), green);
 }
 
+void tst_glStripChart::interruptsTheLineFromTheOutgoingPointsAtNaN()
+{
+    REQUIRE_CONTEXT();
+    plotted_t plot;
+    points_t older = levelPoints(100, 49, 0.025); // up to 9.925 s, column 198
+    older.back().value = nan_;
+    plot.curve->addPoints(older);
+    plot.curve->addPoints(levelPoints(150, 49, 10.925));
+    plot.curve->dataDuration(record(*plot.curve).points.back().time - 5.0 + 0.1);
+    plot.curve->addPoint(record(*plot.curve).points.back().time + 0.1, 0.05);
+    QCOMPARE(record(*plot.curve).segments.size(), std::size_t(1));
+    QVERIFY(record(*plot.curve).outgoingCount > 0 && record(*plot.curve).outgoingCount < 100);
+    QCOMPARE(paintedColumns(drawn(plot.chart), 49), QString("100-195 218-299"));
+}
+
 void tst_glStripChart::drawsWithoutHolesWhilePointsAgeOut()
 {
     REQUIRE_CONTEXT();
@@ -1188,6 +1225,53 @@ void tst_glStripChart::keepsDrawingAfterBeingHiddenAndReparented()
     QTRY_COMPARE(drawn(plot.chart), picture);
 }
 
+void tst_glStripChart::drawsAgainInAnotherContext()
+{
+    REQUIRE_CONTEXT();
+#if QT_VERSION >= QT_VERSION_CHECK(6, 0, 0)
+    QSKIP("Qt 6 keeps the widget that has the context to itself.");
+#else
+    plotted_t plot;
+    plot.curve->addPoints(levelPoints(250));
+    const QImage picture = drawn(plot.chart);
+    QCOMPARE(listCount(plot.chart), 2);
+    const QPointer<QOpenGLContext> before = contextOf(plot.chart);
+    QGLFormat format = canvasOf(plot.chart).format();
+    format.setSampleBuffers(false);
+    format.setStencil(!format.stencil());
+    canvasOf(plot.chart).setFormat(format);
+    QVERIFY(before.isNull());
+    QCOMPARE(listCount(plot.chart), 0);
+    plot.chart.hide();
+    QVERIFY(show(plot.chart));
+    QCOMPARE(firstDifference(drawn(plot.chart), picture), QString());
+    QCOMPARE(listCount(plot.chart), 2);
+    plot.curve->clear();
+    QCOMPARE(listCount(plot.chart), 0);
+#endif
+}
+
+void tst_glStripChart::makesNoListsWithoutAWindow()
+{
+    REQUIRE_CONTEXT();
+#if QT_VERSION >= QT_VERSION_CHECK(6, 0, 0)
+    QSKIP("In Qt 6 contexts need no window.");
+#else
+    plotted_t plot;
+    contextOf(plot.chart)->doneCurrent();
+    canvasOf(plot.chart).windowHandle()->destroy();
+    const messageRecorder_t messages;
+    plot.curve->addPoints(levelPoints(250));
+    QCOMPARE(messages.texts(), QStringList()); // no list was asked for
+    QCOMPARE(record(*plot.curve).segments.size(), std::size_t(2));
+    plot.chart.hide();
+    QVERIFY(show(plot.chart));
+    plot.chart.timeBounds(0.0, 30.0); // 10 pixels a second
+    QCOMPARE(paintedColumns(drawn(plot.chart), 49), QString("0-248"));
+    QCOMPARE(listCount(plot.chart), 2);
+#endif
+}
+
 void tst_glStripChart::leavesNothingBehindAfterAHundredCharts()
 {
     REQUIRE_CONTEXT();
@@ -1418,7 +1502,10 @@ int main(int argc, char** argv)
 {
     qputenv("ZORBIN_QT_STRIPCHART_TYPE", "gl");
     tst_glStripChart tests;
-    return runTestsOrScenario(argc, argv, tests, {{"three charts", makeThreeCharts}});
+    return runTestsOrScenario(
+        argc, argv, tests,
+        {{"three charts", makeThreeCharts},
+         {"three charts in the core profile", makeThreeChartsInTheCoreProfile}});
 }
 
 #include "tst_glStripChart.moc"
