@@ -96,6 +96,7 @@ private Q_SLOTS:
 
     // Lines.
     void drawsALineOfWidthTwoInTheColourOfItsLaterPoint();
+    void drawsTheSameIntoAPixmap();
     void drawsNothingForASinglePoint();
     void fadesLinesAcrossGaps();
     void fadesAQuarterOfTheAlphaRoundedDown();
@@ -189,6 +190,19 @@ void tst_simpleStripChart::drawsALineOfWidthTwoInTheColourOfItsLaterPoint()
     drawLine(painter, Qt::blue, 60, 50, 80, 30);
     painter.end();
     QCOMPARE(firstDifference(snapshot(plot.chart), wanted), QString());
+}
+
+void tst_simpleStripChart::drawsTheSameIntoAPixmap()
+{
+    plotted_t plot;
+    random_t random(30);
+    for (int i = 0; i < 2000; ++i)
+        plot.curve->addPoint(i * 0.007, random.real(-6.0, 6.0), i < 1500 ? Qt::red : Qt::blue);
+    const QImage picture = snapshot(plot.chart);
+    QVERIFY(picture != plot.blankCanvas());
+    QCOMPARE(
+        firstDifference(plot.chart.grab().toImage().convertToFormat(QImage::Format_RGB32), picture),
+        QString());
 }
 
 void tst_simpleStripChart::drawsNothingForASinglePoint()
