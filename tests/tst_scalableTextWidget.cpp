@@ -3,6 +3,7 @@
 #include "randomNumbers.h"
 #include "scalableTextWidget.h"
 
+#include <QFontDatabase>
 #include <QFontInfo>
 #include <QFontMetrics>
 #include <QPainter>
@@ -39,6 +40,36 @@ static int fittedPoints(const QString& text, const QFont& font, QSize size)
     return points;
 }
 
+// A bitmap font of one size, whose only letter, A, is as wide as told. In BDF.
+static QByteArray bitmapFont(const QString& family, int height, int width)
+{
+    const QString head =
+        QStringLiteral("STARTFONT 2.1\n"
+                       "FONT -test-%1-Medium-R-Normal--%2-%3-75-75-C-80-ISO10646-1\n"
+                       "SIZE %2 75 75\n"
+                       "FONTBOUNDINGBOX %4 %2 0 0\n"
+                       "STARTPROPERTIES 8\n"
+                       "FAMILY_NAME \"%1\"\n"
+                       "FONT_ASCENT %2\n"
+                       "FONT_DESCENT 0\n"
+                       "PIXEL_SIZE %2\n"
+                       "POINT_SIZE %3\n"
+                       "RESOLUTION_Y 75\n"
+                       "CHARSET_REGISTRY \"ISO10646\"\n"
+                       "CHARSET_ENCODING \"1\"\n"
+                       "ENDPROPERTIES\n"
+                       "CHARS 1\n"
+                       "STARTCHAR A\n"
+                       "ENCODING 65\n"
+                       "SWIDTH 1000 0\n"
+                       "DWIDTH %4 0\n"
+                       "BBX %4 %2 0 0\n"
+                       "BITMAP\n");
+    const QByteArray row = QByteArray((width + 7) / 8 * 2, 'F') + '\n';
+    return head.arg(family).arg(height).arg(10 * height).arg(width).toLatin1() +
+           row.repeated(height) + "ENDCHAR\nENDFONT\n";
+}
+
 // Opens what the resize handler does to the test.
 class openWidget_t : public scalableTextWidget_t
 {
@@ -69,6 +100,9 @@ private Q_SLOTS:
     void endsAtASinglePoint();
     void findsWhatASearchSizeBySizeFinds();
     void endsInTheGreatestWidget();
+    void keepsTheSizeOfABitmapFontOfOneSize();
+    void findsWhereABitmapFontJumps_data();
+    void findsWhereABitmapFontJumps();
     void fitsAWholeScreen();
 
 private:
@@ -294,6 +328,43 @@ void tst_scalableTextWidget::findsWhatASearchSizeBySizeFinds()
                                 .arg(m_widget->height())
                                 .arg(font.toString())));
     }
+}
+
+void tst_scalableTextWidget::keepsTheSizeOfABitmapFontOfOneSize()
+{
+    QVERIFY(QFontDatabase::addApplicationFontFromData(
+                bitmapFont(QStringLiteral("One size"), 12, 8)) != -1);
+    m_widget->setFont(QFont(QStringLiteral("One size"), 9));
+    QCOMPARE(extentOf(QStringLiteral("AAAA"), m_widget->font(), 9), QSize(32, 12));
+    QCOMPARE(extentOf(QStringLiteral("AAAA"), m_widget->font(), 90), QSize(32, 12));
+    m_widget->setText(QStringLiteral("AAAA"));
+    QCOMPARE(m_widget->font().pointSize(), 9);
+}
+
+void tst_scalableTextWidget::findsWhereABitmapFontJumps_data()
+{
+    QTest::addColumn<int>("points"); // at first
+    QTest::newRow("growing") << 9;
+    QTest::newRow("shrinking") << 100;
+}
+
+void tst_scalableTextWidget::findsWhereABitmapFontJumps()
+{
+    QFETCH(int, points);
+    for (const QSize size : {QSize(2, 8), QSize(100, 72)})
+        QVERIFY(QFontDatabase::addApplicationFontFromData(
+                    bitmapFont(QStringLiteral("Two sizes"), size.height(), size.width())) != -1);
+    m_widget->setFont(QFont(QStringLiteral("Two sizes"), points));
+    const QFont font = m_widget->font();
+    const QString text = QStringLiteral("AAAA");
+    QCOMPARE(extentOf(text, font, 9), QSize(8, 8));
+    QCOMPARE(extentOf(text, font, 100), QSize(400, 72));
+    m_widget->resize(300, 200);
+    m_widget->resizeEvent(nullptr);
+    m_widget->setText(text);
+    const int wanted = fittedPoints(text, font, QSize(300, 200));
+    QVERIFY(wanted > 9 && wanted < 100);
+    QCOMPARE(m_widget->font().pointSize(), wanted);
 }
 
 void tst_scalableTextWidget::endsInTheGreatestWidget()
