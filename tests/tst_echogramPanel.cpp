@@ -14,6 +14,7 @@
 #include <QLabel>
 #include <QSignalSpy>
 #include <QSlider>
+#include <QTemporaryDir>
 #include <QTest>
 #include <QToolButton>
 #include <algorithm>
@@ -147,6 +148,7 @@ private Q_SLOTS:
     void choosesTheFrequencyAgain();
     void offersAllStandardPalettes();
     void coloursByThePaletteOfChoice();
+    void isGreyWithoutPalettes();
     void histogramSpansTheFullLevel();
     void countsNoFilling();
 };
@@ -669,6 +671,24 @@ void tst_echogramPanel::coloursByThePaletteOfChoice()
     const QImage picture = snapshot(*console.view());
     QCOMPARE(picture.pixel(console.columnOf(198), 2), colorOf(palette, 198));
     QCOMPARE(picture.pixel(console.columnOf(150), 2), colorOf(palette, 150));
+}
+
+void tst_echogramPanel::isGreyWithoutPalettes()
+{
+    const QTemporaryDir empty;
+    qputenv("ZORBIN_QT_RESOURCE_DIR", QFile::encodeName(empty.path()));
+    panelOnScreen_t console;
+    qputenv("ZORBIN_QT_RESOURCE_DIR", RESOURCES);
+    QVERIFY(console.isReady());
+    auto* box = console.find<QComboBox>("echogramPaletteBox");
+    QCOMPARE(box->count(), 0);
+    QVERIFY(!box->isEnabled());
+    QCOMPARE(console.panel.paletteChoice(), QString());
+    console.panel.choosePaletteAgain("watercolumn");
+    console.panel.showTime(99.0); // 199 pings
+    const QImage picture = snapshot(*console.view());
+    const int grey = static_cast<int>((198 - 127.5) / 127.5 * 256.0);
+    QCOMPARE(picture.pixel(console.columnOf(198), 2), qRgb(grey, grey, grey));
 }
 
 void tst_echogramPanel::histogramSpansTheFullLevel()
