@@ -86,7 +86,7 @@ private Q_SLOTS:
 // The path of the picture, empty if it can't be written.
 QString tst_sonarRecord::write(const QByteArray& picture, const QByteArray& table)
 {
-    const QString path = m_directory.filePath("record.pgm");
+    QString path = m_directory.filePath("record.pgm");
     if (!writeFile(path, picture) || !writeFile(m_directory.filePath("record.csv"), table))
         return QString();
     return path;
