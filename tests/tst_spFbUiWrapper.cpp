@@ -168,6 +168,8 @@ private Q_SLOTS:
     void survivesTheLaterDeletionOfTheWidgetThatChanged();
     void survivesARemovalByTheMoveOfACursor();
     void initializesWithoutAnItemRemovedMeanwhile();
+    void ignoresChangesOfOtherKinds_data();
+    void ignoresChangesOfOtherKinds();
 
 private:
     std::unique_ptr<panel_t> m_panel;
@@ -728,6 +730,30 @@ void tst_spFbUiWrapper::survivesARemovalByTheMoveOfACursor()
     });
     binder.initGui();
     QVERIFY(!binder.idExists(40));
+}
+
+void tst_spFbUiWrapper::ignoresChangesOfOtherKinds_data()
+{
+    QTest::addColumn<int>("id"); // of another kind than the handler's
+    QTest::newRow("handleCheckBoxChanged") << 50;
+    QTest::newRow("handleComboBoxChanged") << 50;
+    QTest::newRow("handleDoubleSpinBoxChanged") << 50;
+    QTest::newRow("handleLineEditChanged") << 50;
+    QTest::newRow("handleSpinBoxChanged") << 60;
+    QTest::newRow("handleSliderChanged") << 50;
+}
+
+void tst_spFbUiWrapper::ignoresChangesOfOtherKinds()
+{
+    QFETCH(int, id);
+    spFbUiWrapper_t& binder = m_panel->binder;
+    m_panel->spinBox.blockSignals(true);
+    m_panel->spinBox.setValue(5);
+    m_panel->slider.blockSignals(true);
+    m_panel->slider.setValue(6);
+    for (const int other : {id, 12345}) // which there isn't
+        QVERIFY(QMetaObject::invokeMethod(&binder, QTest::currentDataTag(), Q_ARG(int, other)));
+    QCOMPARE(binder.setpointValue(id), QVariant(0));
 }
 
 void tst_spFbUiWrapper::initializesWithoutAnItemRemovedMeanwhile()
