@@ -316,12 +316,10 @@ extremes_t windowExtremes(const stripChartCurveData_t& curve, double from, doubl
         // The segments that touch the window, each counted whole, cover consecutive points; the
         // extremes of those points are the least and the greatest of the segments' own.
         using segment_t = stripChartCurveRenderer_t::segment_t;
-        const auto first =
-            std::partition_point(segments.begin(), segments.end(),
-                                 [&](const segment_t* segment) { return from > segment->endTime; });
-        const auto last =
-            std::partition_point(first, segments.end(),
-                                 [&](const segment_t* segment) { return segment->startTime < to; });
+        const auto isBefore = [&](const segment_t* segment) { return from > segment->endTime; };
+        const auto hasBegun = [&](const segment_t* segment) { return segment->startTime < to; };
+        const auto first = std::partition_point(segments.begin(), segments.end(), isBefore);
+        const auto last = std::partition_point(first, segments.end(), hasBegun);
         if (first != last) {
             // The counts tell where the first and the last segment are, except inside a hook, where
             // they may be behind.

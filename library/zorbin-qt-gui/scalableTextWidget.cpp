@@ -101,9 +101,9 @@ private:
         const auto greatest = [this](qint64 extent, qint64 slack, qint64 most) {
             return (most - slack) * m_points / (extent + slack);
         };
-        return static_cast<int>(std::min<qint64>(
-            {greatest(m_extent.width(), slack().width(), room.width()),
-             greatest(m_extent.height(), slack().height(), room.height()), maxPoints}));
+        const qint64 byWidth = greatest(m_extent.width(), slack().width(), room.width());
+        const qint64 byHeight = greatest(m_extent.height(), slack().height(), room.height());
+        return static_cast<int>(std::min<qint64>({byWidth, byHeight, maxPoints}));
     }
 
     // The least size, at least 1, from which on up to the present one the text is certainly not
@@ -115,9 +115,9 @@ private:
                 return m_points;
             return (most + slack) * m_points / (extent - slack) + 1;
         };
-        return static_cast<int>(std::min<qint64>(
-            {least(m_extent.width(), slack().width(), room.width()),
-             least(m_extent.height(), slack().height(), room.height()), m_points}));
+        const qint64 byWidth = least(m_extent.width(), slack().width(), room.width());
+        const qint64 byHeight = least(m_extent.height(), slack().height(), room.height());
+        return static_cast<int>(std::min<qint64>({byWidth, byHeight, m_points}));
     }
 
     const QString m_text;

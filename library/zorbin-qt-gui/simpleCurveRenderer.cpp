@@ -84,9 +84,8 @@ struct shortcuts_t
 // Other formats may round the colour of a rectangle otherwise than that of a line.
 bool isScreenFormat(const QPaintDevice* device)
 {
-    if (device->devType() != QInternal::Image)
-        return device->depth() == 32;
-    const QImage::Format format = static_cast<const QImage*>(device)->format();
+    const auto* const image = dynamic_cast<const QImage*>(device); // of a window or pixmap, too
+    const QImage::Format format = image == nullptr ? QImage::Format_Invalid : image->format();
     return format == QImage::Format_RGB32 || format == QImage::Format_ARGB32 ||
            format == QImage::Format_ARGB32_Premultiplied;
 }
