@@ -132,6 +132,8 @@ void curveIndex_t::dropOldest(const points_t& points, size_t count)
     // Losing a point that is no extreme leaves the extremes alone. Looking at each is worth while
     // for the few points that age out at a time.
     constexpr size_t fewPoints = 64;
+    if (count == 0)
+        return;
     if (count == points.size()) {
         forgetWindow(); // an empty curve has other extremes than an empty window
     } else if (count > fewPoints) {
