@@ -231,6 +231,7 @@ private Q_SLOTS:
     void initTestCase();
 
     // Without a context.
+    void drawsNoCurvesOfTheOtherBackEnd();
     void warnsOnceWithoutAContext_data();
     void warnsOnceWithoutAContext();
     void staysEmptyWithoutAContext();
@@ -347,6 +348,39 @@ static int makeThreeChartsInTheCoreProfile()
     QGLFormat::setDefaultFormat(format);
 #endif
     return makeThreeCharts();
+}
+
+// The other way round takes a process that has chosen the other back end.
+static int showSimpleCurvesInAGlChart()
+{
+    qputenv("ZORBIN_QT_STRIPCHART_TYPE", "simple");
+    glStripChartImpl_t chart(nullptr);
+    auto* const curve = new stripChartCurve_t(nullptr);
+    chart.addCurve(curve);
+    chart.widget()->resize(100, 50);
+    chart.widget()->show();
+    curve->addPoints(levelPoints(500));
+    chart.timeBounds(0.0, 50.0);
+    processEvents();
+    return qobject_cast<simpleCurveRenderer_t*>(curve->renderer()) != nullptr ? 0 : 1;
+}
+
+void tst_glStripChart::drawsNoCurvesOfTheOtherBackEnd()
+{
+    simpleStripChartImpl_t chart;
+    auto* const curve = new stripChartCurve_t(nullptr);
+    chart.addCurve(curve);
+    chart.canvasColor(Qt::darkGreen);
+    chart.widget()->resize(100, 50);
+    curve->addPoints(levelPoints(500));
+    chart.timeBounds(0.0, 50.0);
+    QImage blank(100, 50, QImage::Format_RGB32);
+    blank.fill(Qt::darkGreen);
+    QCOMPARE(firstDifference(snapshot(*chart.widget()), blank), QString());
+
+    const childOutcome_t child = runChild("simple curves in a gl chart");
+    QVERIFY(!child.crashed);
+    QCOMPARE(child.exitCode, 0);
 }
 
 void tst_glStripChart::warnsOnceWithoutAContext_data()
@@ -1545,7 +1579,8 @@ int main(int argc, char** argv)
     tst_glStripChart tests;
     return runTestsOrScenario(
         argc, argv, tests,
-        {{"vendor and choice", tellVendorAndChoice},
+        {{"simple curves in a gl chart", showSimpleCurvesInAGlChart},
+         {"vendor and choice", tellVendorAndChoice},
          {"three charts", makeThreeCharts},
          {"three charts in the core profile", makeThreeChartsInTheCoreProfile}});
 }

@@ -108,10 +108,13 @@ void glStripChartWidget_t::paintGL()
     glScaled(m_impl->xScaleFactor(), m_impl->yScaleFactor(), 1.0);
     const std::set<stripChartCurve_t*> curves = m_impl->curves();
     for (stripChartCurve_t* const curve : curves) {
+        // Curves have renderers of the back end that the process has chosen; a chart that was made
+        // by name may be of the other one.
+        auto* const renderer = qobject_cast<glCurveRenderer_t*>(curve->renderer());
+        if (renderer == nullptr)
+            continue;
         glPushMatrix();
-        // All renderers of a process are of the same back end.
-        static_cast<glCurveRenderer_t*>(curve->renderer())
-            ->draw(m_impl->xCenter(), m_impl->yCenter());
+        renderer->draw(m_impl->xCenter(), m_impl->yCenter());
         glPopMatrix();
     }
     publishPointerPos();

@@ -146,9 +146,12 @@ void simpleStripChartWidget_t::paintEvent(QPaintEvent* event)
             painter.eraseRect(rect);
             context.drawMinTime = context.minTime + rect.left() / context.xScale;
             context.drawMaxTime = context.minTime + (rect.right() + 1) / context.xScale;
-            // All renderers of a process are of the same back end.
-            for (stripChartCurve_t* curve : curves)
-                static_cast<simpleCurveRenderer_t*>(curve->renderer())->draw(context);
+            // Curves have renderers of the back end that the process has chosen; a chart that was
+            // made by name may be of the other one.
+            for (stripChartCurve_t* curve : curves) {
+                if (auto* const renderer = qobject_cast<simpleCurveRenderer_t*>(curve->renderer()))
+                    renderer->draw(context);
+            }
         }
     }
     // The pointer may rest where another time is shown now.
