@@ -64,21 +64,17 @@ void stripChartCurveRenderer_t::prunePoints()
     auto& points = m_d->points;
     if (points.empty())
         return;
-    // From here on it is faster to search for them, and to remove them at once.
-    constexpr size_t manyPoints = 4;
-
-    // A negative duration drops every point: they are older than a cut-off in the future. With
-    // times so large that adding the duration is lost in rounding, the cut-off wouldn't say so.
-    // Otherwise the newest point stays.
     size_t dropped = 0;
     if (m_d->duration < 0.0) {
+        // Every point is older than a cut-off in the future. With times so large that adding the
+        // duration is lost in rounding, the cut-off wouldn't say so.
         dropped = points.size();
     } else {
+        // The newest point stays. Looking at each is faster than a search: the memory that they
+        // leave, which the next points are given, is then in the cache.
         const double cutoff = points.back().time - m_d->duration;
-        while (dropped < manyPoints && points[dropped].time < cutoff)
+        for (auto point = points.begin(); point->time < cutoff; ++point)
             ++dropped;
-        if (dropped == manyPoints)
-            dropped = firstNotBefore(points, cutoff);
     }
     if (dropped == 0)
         return;
@@ -86,12 +82,10 @@ void stripChartCurveRenderer_t::prunePoints()
     const double fromTime = points.front().time;
     const double toTime = points[std::min(dropped, points.size() - 1)].time;
     m_d->index->dropOldest(points, dropped);
-    if (dropped < manyPoints) {
-        for (size_t i = 0; i < dropped; ++i)
-            points.pop_front();
-    } else {
+    if (dropped == 1)
+        points.pop_front(); // faster
+    else
         points.erase(points.begin(), points.begin() + static_cast<std::ptrdiff_t>(dropped));
-    }
     const auto count = static_cast<unsigned>(dropped);
     m_d->outgoingCount -= static_cast<qint32>(count);
     maybeDestroySegments();
