@@ -114,7 +114,10 @@ QVariant editedValue(int id)
 
 const std::vector<int> allIds = {10, 20, 30, 40, 50, 60, 70};
 
+using loss_t = void (*)(QComboBox&);
+
 } // namespace
+Q_DECLARE_METATYPE(loss_t)
 
 /// The binder of widgets, setpoints, feedback and lamps.
 class tst_spFbUiWrapper : public QObject
@@ -135,6 +138,8 @@ private Q_SLOTS:
     void announcesEachEditOnceAfterStoringIt();
     void announcesChangesByTheProgramToo();
     void putsALineEditsCursorAtTheEndOnEdits();
+    void takesTheLossOfAComboBoxsSelection_data();
+    void takesTheLossOfAComboBoxsSelection();
     void letsWidgetsInStepFollowTheFeedback_data();
     void letsWidgetsInStepFollowTheFeedback();
     void leavesPendingEditsAlone();
@@ -310,6 +315,30 @@ void tst_spFbUiWrapper::putsALineEditsCursorAtTheEndOnEdits()
     QTest::keyClicks(&m_panel->lineEdit, QStringLiteral("x"));
     QCOMPARE(m_panel->lineEdit.text(), QStringLiteral("axbc"));
     QCOMPARE(m_panel->lineEdit.cursorPosition(), 4);
+}
+
+void tst_spFbUiWrapper::takesTheLossOfAComboBoxsSelection_data()
+{
+    QTest::addColumn<loss_t>("loseSelection");
+    const auto row = [](const char* name, loss_t loss) { QTest::newRow(name) << loss; };
+    row("selects none", [](QComboBox& box) { box.setCurrentIndex(-1); });
+    row("is emptied", [](QComboBox& box) { box.clear(); });
+    row("is emptied while editable", [](QComboBox& box) {
+        box.setEditable(true);
+        box.clear();
+    });
+    row("loses its rows", [](QComboBox& box) { box.model()->removeRows(0, box.count()); });
+}
+
+void tst_spFbUiWrapper::takesTheLossOfAComboBoxsSelection()
+{
+    QFETCH(loss_t, loseSelection);
+    QSignalSpy changes(&m_panel->binder, &spFbUiWrapper_t::valueChanged);
+    loseSelection(m_panel->comboBox);
+    QCOMPARE(m_panel->comboBox.currentIndex(), -1);
+    QCOMPARE(m_panel->binder.setpointValue(20), QVariant(-1));
+    QCOMPARE(m_panel->lamps[1].color(), QColor(Qt::red));
+    QCOMPARE(changes.size(), 1);
 }
 
 void tst_spFbUiWrapper::letsWidgetsInStepFollowTheFeedback_data()

@@ -10,6 +10,7 @@
 #include <QDoubleSpinBox>
 #include <QLineEdit>
 #include <QScrollBar>
+#include <QSignalSpy>
 #include <QSlider>
 #include <QSpinBox>
 #include <QTest>
@@ -74,6 +75,7 @@ private Q_SLOTS:
     void writesNothingToUnsupportedWidgets();
     void keepsValuesBeyondTheWidgetsRange();
     void showsNoEntryForAnIndexThatThereIsNot();
+    void selectsNoEntryOfAnEmptiedComboBoxOnce();
     void movesALineEditsCursorToTheEnd();
 
     void matchesByEquality_data();
@@ -290,6 +292,24 @@ void tst_spFbUiWrapperItem::showsNoEntryForAnIndexThatThereIsNot()
     item.setSetpointAndWidgetValue(7);
     QCOMPARE(box.currentIndex(), -1);
     QCOMPARE(item.setpointValue(), QVariant(7));
+}
+
+// Qt 6 tells of a change whenever an emptied box is told to select none.
+void tst_spFbUiWrapperItem::selectsNoEntryOfAnEmptiedComboBoxOnce()
+{
+    lamp_t lamp;
+    QComboBox box;
+    box.addItems({QStringLiteral("a"), QStringLiteral("b")});
+    item_t item(0, 0, &lamp, &box);
+    box.clear();
+    QSignalSpy changes(&box, qOverload<int>(&QComboBox::currentIndexChanged));
+    item.setSetpointAndWidgetValue(-1);
+    item.setSetpointAndWidgetValue(7); // an index that there is not
+    QCOMPARE(box.currentIndex(), -1);
+    QCOMPARE(changes.size(), 0);
+    box.addItems({QStringLiteral("c"), QStringLiteral("d")});
+    item.setSetpointAndWidgetValue(1);
+    QCOMPARE(box.currentText(), QStringLiteral("d"));
 }
 
 void tst_spFbUiWrapperItem::movesALineEditsCursorToTheEnd()

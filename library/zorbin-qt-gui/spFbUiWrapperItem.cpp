@@ -2,6 +2,7 @@
 
 #include "indicator.h"
 
+#include <QAbstractItemModel>
 #include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
@@ -22,6 +23,16 @@ const QColor DEFAULT_MATCH_COLOR = Qt::green;
 const QColor DEFAULT_MISMATCH_COLOR = Qt::red;
 const QColor DEFAULT_IN_FLIGHT_COLOR = Qt::yellow;
 
+// A box that has lost its entries tells of a change again each time that "none" is selected (Qt 6),
+// so a slot that writes back what it is told would be called without end.
+void selectEntry(QComboBox* box, int index)
+{
+    const int shown =
+        box->model()->index(index, box->modelColumn(), box->rootModelIndex()).row(); // -1: none
+    if (shown != box->currentIndex())
+        box->setCurrentIndex(shown);
+}
+
 } // namespace
 
 struct spFbUiWrapperItem_t::privateData_t
@@ -36,7 +47,7 @@ struct spFbUiWrapperItem_t::privateData_t
             static_cast<QCheckBox*>(widget.data())->setChecked(value.toBool());
             break;
         case SW_COMBO_BOX:
-            static_cast<QComboBox*>(widget.data())->setCurrentIndex(value.toInt());
+            selectEntry(static_cast<QComboBox*>(widget.data()), value.toInt());
             break;
         case SW_DOUBLE_SPIN_BOX:
             static_cast<QDoubleSpinBox*>(widget.data())->setValue(value.toDouble());
