@@ -15,6 +15,7 @@
 #include <QSlider>
 #include <QSpinBox>
 #include <QTest>
+#include <ctime>
 #include <limits>
 #include <memory>
 #include <type_traits>
@@ -151,11 +152,14 @@ private Q_SLOTS:
     void initializesFromTheWidgets();
     void resetsToTheFeedback();
 
+    void needsTheSameTimeForEachOfManyWidgets();
+
     void comparesAllItems();
     void putsItemsInFlight();
     void removesAWrapper();
     void bindsAnIdAgain();
     void announcesTwiceAfterBindingAgain();
+    void announcesAWidgetOfTwoIdsUnderTheLast();
 
     void setsTheColorsOfPresentItems();
     void setsTheColorsOfOneItem();
@@ -167,6 +171,7 @@ private Q_SLOTS:
 
     void survivesTheDeletionOfLampsAndWidgets();
     void leavesWidgetsAndLampsWhenDeleted();
+    void hearsNoWidgetWhileItIsDeleted();
     void survivesSlotsThatRemove_data();
     void survivesSlotsThatRemove();
     void survivesSlotsThatDeleteOtherWidgets();
@@ -454,6 +459,43 @@ void tst_spFbUiWrapper::resetsToTheFeedback()
         QCOMPARE(lamp.color(), QColor(Qt::green));
 }
 
+namespace {
+
+// The processor's time, in s, that one binder takes for `count` sliders from registration to reset.
+double timeOfSliders(int count)
+{
+    indicator_t lamp(nullptr);
+    std::vector<std::unique_ptr<QAbstractSlider>> sliders;
+    for (int id = 0; id < count; ++id)
+        sliders.push_back(std::make_unique<QAbstractSlider>());
+    spFbUiWrapper_t binder;
+    const std::clock_t start = std::clock();
+    for (int id = 0; id < count; ++id)
+        binder.addSliderWrapper(0, 0, &lamp, id, sliders[static_cast<std::size_t>(id)].get());
+    binder.initGui();
+    for (int id = 0; id < count; ++id)
+        binder.updateFeedback(static_cast<unsigned>(id), 5);
+    for (const auto& slider : sliders)
+        slider->setValue(6);
+    binder.resetGui();
+    return static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC;
+}
+
+} // namespace
+
+// Ids and widgets are looked up. To search for one among all others, 5000 of them, takes more than
+// 30 times as long.
+void tst_spFbUiWrapper::needsTheSameTimeForEachOfManyWidgets()
+{
+    timeOfSliders(100); // what is done once only
+    const double together = timeOfSliders(5000);
+    double apart = 0.0;
+    for (int i = 0; i < 50; ++i)
+        apart += timeOfSliders(100);
+    QVERIFY2(together < 8.0 * apart,
+             qPrintable(QStringLiteral("%1 s together, %2 s apart").arg(together).arg(apart)));
+}
+
 void tst_spFbUiWrapper::comparesAllItems()
 {
     QVERIFY(m_panel->binder.allSpFbMatch());
@@ -518,6 +560,23 @@ void tst_spFbUiWrapper::announcesTwiceAfterBindingAgain()
     QCOMPARE(changes.size(), 2);
     QCOMPARE(changes[0][0].toInt(), 51);
     QCOMPARE(changes[1][0].toInt(), 51);
+}
+
+void tst_spFbUiWrapper::announcesAWidgetOfTwoIdsUnderTheLast()
+{
+    spFbUiWrapper_t& binder = m_panel->binder;
+    binder.addSpinBoxWrapper(0, 0, &m_panel->lamps[4], 51, &m_panel->spinBox);
+    QSignalSpy changes(&binder, &spFbUiWrapper_t::valueChanged);
+    m_panel->spinBox.setValue(9);
+    QCOMPARE(changes.size(), 2);
+    QCOMPARE(changes[0][0].toInt(), 51);
+    QCOMPARE(changes[1][0].toInt(), 51);
+    QCOMPARE(binder.setpointValue(50), QVariant(0));
+    binder.initGui(); // asks the widget for each id
+    QCOMPARE(binder.setpointValue(50), QVariant(9));
+    binder.removeWrapper(51);
+    m_panel->spinBox.setValue(8);
+    QCOMPARE(changes.size(), 2);
 }
 
 void tst_spFbUiWrapper::setsTheColorsOfPresentItems()
@@ -671,6 +730,19 @@ void tst_spFbUiWrapper::leavesWidgetsAndLampsWhenDeleted()
     }
     box.setValue(6);
     QCOMPARE(lamp.color(), QColor(Qt::red));
+}
+
+void tst_spFbUiWrapper::hearsNoWidgetWhileItIsDeleted()
+{
+    QSpinBox box;
+    lamp_t lamp;
+    auto binder = std::make_unique<spFbUiWrapper_t>();
+    binder->addSpinBoxWrapper(1, 2, &lamp, 7, &box);
+    connect(binder.get(), &QObject::destroyed, this, [&box] { box.setValue(6); });
+    const QColor before = lamp.color();
+    binder.reset();
+    QCOMPARE(box.value(), 6);
+    QCOMPARE(lamp.color(), before);
 }
 
 void tst_spFbUiWrapper::survivesSlotsThatRemove_data()

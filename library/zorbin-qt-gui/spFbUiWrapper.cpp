@@ -7,10 +7,10 @@
 #include <QComboBox>
 #include <QDoubleSpinBox>
 #include <QLineEdit>
-#include <QSignalMapper>
 #include <QSlider>
 #include <QSpinBox>
 #include <algorithm>
+#include <unordered_map>
 #include <vector>
 
 namespace zorbin_qt_gui {
@@ -48,56 +48,30 @@ struct spFbUiWrapper_t::privateData_t
         return *found->second;
     }
 
-    QSignalMapper* mapperOf(spFbUiWrapperItem_t::supportedWidget_t kind)
+    // The widget of an id; null without the item, or if its widget is gone or of another class.
+    template <typename widget_t>
+    const widget_t* widgetOf(int id) const
     {
-        switch (kind) {
-        case spFbUiWrapperItem_t::SW_CHECK_BOX:
-            return &checkBoxMapper;
-        case spFbUiWrapperItem_t::SW_COMBO_BOX:
-            return &comboBoxMapper;
-        case spFbUiWrapperItem_t::SW_DOUBLE_SPIN_BOX:
-            return &doubleSpinBoxMapper;
-        case spFbUiWrapperItem_t::SW_LINE_EDIT:
-            return &lineEditMapper;
-        case spFbUiWrapperItem_t::SW_SPIN_BOX:
-            return &spinBoxMapper;
-        case spFbUiWrapperItem_t::SW_SLIDER:
-            return &sliderMapper;
-        case spFbUiWrapperItem_t::SW_UNSUPPORTED:
-            break;
-        }
-        return nullptr;
+        const auto found = items.find(id);
+        return found == items.end() ? nullptr
+                                    : qobject_cast<const widget_t*>(found->second->widget());
     }
 
     items_t items; // owned
-    QSignalMapper checkBoxMapper;
-    QSignalMapper comboBoxMapper;
-    QSignalMapper doubleSpinBoxMapper;
-    QSignalMapper lineEditMapper;
-    QSignalMapper spinBoxMapper;
-    QSignalMapper sliderMapper;
+    // By widget that is there. A widget has the id that it was bound under last, if that was not
+    // removed.
+    std::unordered_map<const QObject*, int> ids;
     // Deliberate: never written, so that the getters without an id return invalid colours.
     const QColor matchColor;
     const QColor mismatchColor;
     const QColor inFlightColor;
     bool useColor = true;
+    QObject receiver; // of the widgets' signals, which end with it, before the fields above
 };
 
 spFbUiWrapper_t::spFbUiWrapper_t(QObject* parent)
     : QObject(parent), m_d(std::make_unique<privateData_t>())
 {
-    // The handlers come first, so that setpoint and lamp are right when valueChanged() is emitted.
-    const auto mapped = &QSignalMapper::mappedInt;
-    connect(&m_d->checkBoxMapper, mapped, this, &spFbUiWrapper_t::handleCheckBoxChanged);
-    connect(&m_d->comboBoxMapper, mapped, this, &spFbUiWrapper_t::handleComboBoxChanged);
-    connect(&m_d->doubleSpinBoxMapper, mapped, this, &spFbUiWrapper_t::handleDoubleSpinBoxChanged);
-    connect(&m_d->lineEditMapper, mapped, this, &spFbUiWrapper_t::handleLineEditChanged);
-    connect(&m_d->spinBoxMapper, mapped, this, &spFbUiWrapper_t::handleSpinBoxChanged);
-    connect(&m_d->sliderMapper, mapped, this, &spFbUiWrapper_t::handleSliderChanged);
-    for (QSignalMapper* const mapper :
-         {&m_d->checkBoxMapper, &m_d->comboBoxMapper, &m_d->doubleSpinBoxMapper,
-          &m_d->lineEditMapper, &m_d->spinBoxMapper, &m_d->sliderMapper})
-        connect(mapper, mapped, this, &spFbUiWrapper_t::valueChanged);
 }
 
 spFbUiWrapper_t::~spFbUiWrapper_t()
@@ -156,32 +130,44 @@ void spFbUiWrapper_t::addWrapper(const QVariant& setpoint, const QVariant& feedb
         qFatal("spFbUiWrapper_t::%s: id (%d) is already a ui element", "addWrapper", id);
     auto* const item = new spFbUiWrapperItem_t(setpoint, feedback, indicator, widget);
     m_d->items[id] = item;
-    QSignalMapper* const mapper = m_d->mapperOf(item->widgetEnumType());
-    if (mapper == nullptr)
+    if (item->widgetEnumType() == spFbUiWrapperItem_t::SW_UNSUPPORTED)
         qFatal("spFbUiWrapper_t::%s: Unsupported widget type", "addWrapper");
-    mapper->setMapping(widget, id);
-    const auto map = qOverload<>(&QSignalMapper::map);
-    if (auto* const checkBox = qobject_cast<QCheckBox*>(widget))
-        connect(checkBox, &QCheckBox::stateChanged, mapper, map);
-    else if (auto* const comboBox = qobject_cast<QComboBox*>(widget))
-        connect(comboBox, qOverload<int>(&QComboBox::currentIndexChanged), mapper, map);
-    else if (auto* const doubleSpinBox = qobject_cast<QDoubleSpinBox*>(widget))
-        connect(doubleSpinBox, qOverload<double>(&QDoubleSpinBox::valueChanged), mapper, map);
-    else if (auto* const lineEdit = qobject_cast<QLineEdit*>(widget))
-        connect(lineEdit, &QLineEdit::textChanged, mapper, map);
-    else if (auto* const spinBox = qobject_cast<QSpinBox*>(widget))
-        connect(spinBox, qOverload<int>(&QSpinBox::valueChanged), mapper, map);
-    else if (auto* const slider = qobject_cast<QAbstractSlider*>(widget))
-        connect(slider, &QAbstractSlider::valueChanged, mapper, map);
+    m_d->ids[widget] = id;
+    connect(widget, &QObject::destroyed, &m_d->receiver,
+            [this](const QObject* gone) { m_d->ids.erase(gone); });
+    // The connection stays when the id is removed. What counts is the id that the widget has when
+    // it changes.
+    const auto announce = [this](const auto* bound, auto changed, auto handler) {
+        connect(bound, changed, &m_d->receiver, [this, bound, handler] {
+            const auto found = m_d->ids.find(bound);
+            if (found == m_d->ids.end())
+                return;
+            const int changedId = found->second;
+            (this->*handler)(changedId); // before the signal: slots find setpoint and lamp right
+            Q_EMIT valueChanged(changedId);
+        });
+    };
+    using binder_t = spFbUiWrapper_t;
+    if (const auto* const checkBox = qobject_cast<QCheckBox*>(widget))
+        announce(checkBox, &QCheckBox::stateChanged, &binder_t::handleCheckBoxChanged);
+    else if (const auto* const comboBox = qobject_cast<QComboBox*>(widget))
+        announce(comboBox, qOverload<int>(&QComboBox::currentIndexChanged),
+                 &binder_t::handleComboBoxChanged);
+    else if (const auto* const doubleSpinBox = qobject_cast<QDoubleSpinBox*>(widget))
+        announce(doubleSpinBox, qOverload<double>(&QDoubleSpinBox::valueChanged),
+                 &binder_t::handleDoubleSpinBoxChanged);
+    else if (const auto* const lineEdit = qobject_cast<QLineEdit*>(widget))
+        announce(lineEdit, &QLineEdit::textChanged, &binder_t::handleLineEditChanged);
+    else if (const auto* const spinBox = qobject_cast<QSpinBox*>(widget))
+        announce(spinBox, qOverload<int>(&QSpinBox::valueChanged), &binder_t::handleSpinBoxChanged);
+    else if (const auto* const slider = qobject_cast<QAbstractSlider*>(widget))
+        announce(slider, &QAbstractSlider::valueChanged, &binder_t::handleSliderChanged);
 }
 
 void spFbUiWrapper_t::removeWrapper(int id)
 {
     const spFbUiWrapperItem_t& item = m_d->item(id, "removeWrapper");
-    // The widget's connection to the mapper stays; without a mapping it comes to nothing.
-    QSignalMapper* const mapper = m_d->mapperOf(item.widgetEnumType());
-    if (mapper != nullptr && item.widget() != nullptr)
-        mapper->removeMappings(item.widget());
+    m_d->ids.erase(item.widget()); // the widget's connection stays; without an id it does nothing
     delete &item;
     m_d->items.erase(id);
 }
@@ -367,37 +353,37 @@ void spFbUiWrapper_t::setUseColor(bool use)
 
 void spFbUiWrapper_t::handleCheckBoxChanged(int id)
 {
-    if (const auto* const box = qobject_cast<QCheckBox*>(m_d->checkBoxMapper.mapping(id)))
+    if (const auto* const box = m_d->widgetOf<QCheckBox>(id))
         handleChanged(id, box->isChecked());
 }
 
 void spFbUiWrapper_t::handleComboBoxChanged(int id)
 {
-    if (const auto* const box = qobject_cast<QComboBox*>(m_d->comboBoxMapper.mapping(id)))
+    if (const auto* const box = m_d->widgetOf<QComboBox>(id))
         handleChanged(id, box->currentIndex());
 }
 
 void spFbUiWrapper_t::handleDoubleSpinBoxChanged(int id)
 {
-    if (const auto* const box = qobject_cast<QDoubleSpinBox*>(m_d->doubleSpinBoxMapper.mapping(id)))
+    if (const auto* const box = m_d->widgetOf<QDoubleSpinBox>(id))
         handleChanged(id, box->value());
 }
 
 void spFbUiWrapper_t::handleLineEditChanged(int id)
 {
-    if (const auto* const edit = qobject_cast<QLineEdit*>(m_d->lineEditMapper.mapping(id)))
+    if (const auto* const edit = m_d->widgetOf<QLineEdit>(id))
         handleChanged(id, edit->text());
 }
 
 void spFbUiWrapper_t::handleSpinBoxChanged(int id)
 {
-    if (const auto* const box = qobject_cast<QSpinBox*>(m_d->spinBoxMapper.mapping(id)))
+    if (const auto* const box = m_d->widgetOf<QSpinBox>(id))
         handleChanged(id, box->value());
 }
 
 void spFbUiWrapper_t::handleSliderChanged(int id)
 {
-    if (const auto* const slider = qobject_cast<QAbstractSlider*>(m_d->sliderMapper.mapping(id)))
+    if (const auto* const slider = m_d->widgetOf<QAbstractSlider>(id))
         handleChanged(id, slider->value());
 }
 
