@@ -9,6 +9,8 @@
 #include <QLineEdit>
 #include <QSlider>
 #include <QSpinBox>
+#include <QThread>
+#include <QTimer>
 #include <algorithm>
 #include <unordered_map>
 #include <vector>
@@ -25,7 +27,13 @@ void requireHandles(const QWidget* widget, const indicator_t* indicator, int id,
         qFatal("spFbUiWrapper_t::%s: Cannot add id (%d) with null handle", operation, id);
 }
 
-// Slots of the application may add and remove items meanwhile, so loops that call them go by id.
+// The number of event loops that run one inside the other.
+int loopLevel()
+{
+    return QThread::currentThread()->loopLevel();
+}
+
+// Slots of the application may add and remove items, so loops that call them go by id.
 std::vector<int> idsOf(const items_t& items)
 {
     std::vector<int> ids;
@@ -39,6 +47,21 @@ std::vector<int> idsOf(const items_t& items)
 
 struct spFbUiWrapper_t::privateData_t
 {
+    // While there is one, widgets follow what the equipment reported.
+    class follower_t
+    {
+    public:
+        explicit follower_t(privateData_t* data) : m_data(data)
+        {
+            m_data->following.push_back(loopLevel());
+        }
+        ~follower_t() { m_data->following.pop_back(); }
+        Q_DISABLE_COPY(follower_t)
+
+    private:
+        privateData_t* const m_data;
+    };
+
     // The item of an id; fatal in the name of the operation if there is none.
     spFbUiWrapperItem_t& item(int id, const char* operation) const
     {
@@ -57,7 +80,27 @@ struct spFbUiWrapper_t::privateData_t
                                     : qobject_cast<const widget_t*>(found->second->widget());
     }
 
+    // Shows match or mismatch, whether a setpoint is in flight or not.
+    void endFlight(int id)
+    {
+        const auto found = flights.find(id);
+        if (found != flights.end())
+            found->second.stop();
+        items.at(id)->updateIndicator();
+    }
+
+    bool isInFlight(int id) const
+    {
+        const auto found = flights.find(id);
+        return found != flights.end() && found->second.isActive();
+    }
+
     items_t items; // owned
+    // Of items, not of all. An active timer: a setpoint is in flight for a time.
+    std::map<int, QTimer> flights;
+    // The loop level of each operation under way that has widgets follow. Operations that slots
+    // call come behind the one whose signal they are called by.
+    std::vector<int> following;
     // By widget that is there. A widget has the id that it was bound under last, if that was not
     // removed.
     std::unordered_map<const QObject*, int> ids;
@@ -143,8 +186,11 @@ void spFbUiWrapper_t::addWrapper(const QVariant& setpoint, const QVariant& feedb
             if (found == m_d->ids.end())
                 return;
             const int changedId = found->second;
-            (this->*handler)(changedId); // before the signal: slots find setpoint and lamp right
-            Q_EMIT valueChanged(changedId);
+            (this->*handler)(changedId); // before the signals: slots find setpoint and lamp right
+            if (idExists(changedId))
+                Q_EMIT valueChanged(changedId);
+            if (idExists(changedId) && !isFollowing())
+                Q_EMIT setpointEdited(changedId);
         });
     };
     using binder_t = spFbUiWrapper_t;
@@ -168,6 +214,7 @@ void spFbUiWrapper_t::removeWrapper(int id)
 {
     const spFbUiWrapperItem_t& item = m_d->item(id, "removeWrapper");
     m_d->ids.erase(item.widget()); // the widget's connection stays; without an id it does nothing
+    m_d->flights.erase(id);
     delete &item;
     m_d->items.erase(id);
 }
@@ -211,13 +258,24 @@ bool spFbUiWrapper_t::allSpFbMatch() const
 void spFbUiWrapper_t::updateFeedback(unsigned int id, QVariant value)
 {
     const int key = static_cast<int>(id);
-    if (lookupWrapperItem(key).spFbMatch())
+    if (lookupWrapperItem(key).spFbMatch() && !m_d->isInFlight(key)) {
+        const privateData_t::follower_t follower(m_d.get());
         lookupWrapperItem(key).setSetpointAndWidgetValue(value);
+    }
     if (!idExists(key)) // a slot has removed it
         return;
     spFbUiWrapperItem_t& item = lookupWrapperItem(key);
     item.setFeedbackValue(value);
-    item.updateIndicator();
+    if (m_d->isInFlight(key) && !item.spFbMatch())
+        item.setInFlight();
+    else
+        m_d->endFlight(key);
+}
+
+bool spFbUiWrapper_t::isFollowing() const
+{
+    // In a loop that a slot runs, such as a dialog's, the operator may edit.
+    return !m_d->following.empty() && m_d->following.back() == loopLevel();
 }
 
 void spFbUiWrapper_t::initGui()
@@ -253,6 +311,7 @@ void spFbUiWrapper_t::initGui()
 
 void spFbUiWrapper_t::resetGui()
 {
+    const privateData_t::follower_t follower(m_d.get());
     for (const int id : idsOf(m_d->items)) {
         const auto found = m_d->items.find(id);
         if (found != m_d->items.end())
@@ -263,20 +322,35 @@ void spFbUiWrapper_t::resetGui()
 void spFbUiWrapper_t::setInFlight(int id)
 {
     m_d->item(id, "setInFlight").setInFlight();
+    const auto found = m_d->flights.find(id);
+    if (found != m_d->flights.end())
+        found->second.stop();
+}
+
+void spFbUiWrapper_t::setInFlight(int id, int timeoutMs)
+{
+    m_d->item(id, "setInFlight").setInFlight();
+    const auto [entry, isNew] = m_d->flights.try_emplace(id);
+    QTimer& timer = entry->second;
+    if (isNew) {
+        timer.setSingleShot(true);
+        connect(&timer, &QTimer::timeout, this, [this, id] { m_d->endFlight(id); });
+    }
+    timer.start(std::max(timeoutMs, 0));
 }
 
 void spFbUiWrapper_t::setChangedItemsInFlight()
 {
     for (const auto& entry : m_d->items) {
         if (!entry.second->spFbMatch())
-            entry.second->setInFlight();
+            setInFlight(entry.first);
     }
 }
 
 void spFbUiWrapper_t::setAllItemsInFlight()
 {
     for (const auto& entry : m_d->items)
-        entry.second->setInFlight();
+        setInFlight(entry.first);
 }
 
 void spFbUiWrapper_t::setMatchColor(QColor color)
@@ -394,7 +468,7 @@ void spFbUiWrapper_t::handleChanged(int id, const QVariant& value)
     // Though the value stays, a line edit's cursor may have moved, and a slot have removed the
     // item.
     if (idExists(id))
-        lookupWrapperItem(id).updateIndicator();
+        m_d->endFlight(id);
 }
 
 QColor spFbUiWrapper_t::getConditionColor(colorGetter_t getter, int id) const

@@ -22,15 +22,17 @@ class spFbUiWrapperItem_t;
 /// records what the operator sets, shows on a lamp per widget whether the equipment agrees, and
 /// lets widgets that were in step follow the equipment.
 ///
-/// Use: register each widget with its lamp; call initGui(); on valueChanged() send setpointValue()
-/// to the equipment and call setChangedItemsInFlight(); on each report call updateFeedback().
+/// Use: register each widget with its lamp; call initGui(); on setpointEdited() send
+/// setpointValue() to the equipment and call setInFlight(); on each report call updateFeedback().
+/// Don't send on valueChanged(): that signal also tells of widgets that follow a report, so panel
+/// and equipment would answer each other for ever.
 ///
 /// Widgets and lamps belong to the application, which may delete them any time: a lamp that is gone
 /// is left out, the item of a widget that is gone keeps its values. Widgets' signals are never
-/// blocked, so valueChanged() also tells of changes by the program. A wrong id, a null handle and a
-/// widget that isn't supported are fatal errors. In a slot of valueChanged() other widgets and all
-/// lamps may be deleted, items removed and added; the binder itself and the widget that has changed
-/// only by deleteLater(). GUI thread only. \image html spFbUiWrapper.png
+/// blocked. A wrong id, a null handle and a widget that isn't supported are fatal errors. Slots of
+/// valueChanged() and setpointEdited() may delete lamps and other widgets, and add or remove items.
+/// They must use `deleteLater()` for the binder and for the widget that changed. GUI thread only.
+/// \image html spFbUiWrapper.png
 class ZORBIN_QT_GUI_EXPORT spFbUiWrapper_t : public QObject
 {
     Q_OBJECT
@@ -66,7 +68,7 @@ public:
     bool idExists(int id) const;
     /// The item of an id; owned by the binder and valid until it is removed.
     spFbUiWrapperItem_t& lookupWrapperItem(int id);
-    const spFbUiWrapperItem_t& lookupWrapperItem(int id) const; ///< Likewise.
+    const spFbUiWrapperItem_t& lookupWrapperItem(int id) const; ///< The same for a constant binder.
     /// All items by id; always up to date.
     const std::map<int, spFbUiWrapperItem_t*>& wrappers() const;
 
@@ -75,25 +77,36 @@ public:
     bool allSpFbMatch() const;            ///< Whether they match for all widgets.
 
     /// Takes a report of the equipment. A widget whose setpoint matched the feedback before follows
-    /// it; one with a pending edit stays. Updates the lamp.
+    /// it, unless it is in flight for a time; a widget with a pending edit stays. Updates the lamp.
     void updateFeedback(unsigned int id, QVariant value);
+    /// Whether widgets follow the equipment: true in all signals that updateFeedback() and
+    /// resetGui() cause, including those of other widgets that slots then change. False in an event
+    /// loop that such a slot runs, as a dialog's exec() does: there the operator may edit.
+    bool isFollowing() const;
 
     /// Takes all setpoints from the widgets and updates all lamps, in ascending order of ids.
     void initGui();
     /// Discards pending edits: shows the feedback in all widgets, in ascending order of ids.
     void resetGui();
 
-    void setInFlight(int id);       ///< Shows on the lamp that the setpoint was sent.
-    void setChangedItemsInFlight(); ///< The same for all items that don't match.
-    void setAllItemsInFlight();     ///< The same for all items.
+    /// Shows on the lamp that the setpoint was sent, until the next report, edit or initGui().
+    void setInFlight(int id);
+    /// Shows on the lamp that the setpoint was sent, until a report matches it or \p timeoutMs ms
+    /// are over. The lamp then shows match or mismatch. Until then the lamp keeps its colour and
+    /// the widget its value through reports that differ from the setpoint. An edit and initGui()
+    /// end the time early. Another call of setInFlight(), with or without a time, replaces it. With
+    /// 0 ms or less the time is over when control returns to the event loop.
+    void setInFlight(int id, int timeoutMs);
+    void setChangedItemsInFlight(); ///< setInFlight(int) for all items that don't match.
+    void setAllItemsInFlight();     ///< setInFlight(int) for all items.
 
     /// \name Colours of all items
     /// Set the colour of the items that there are; not of later ones. Lamps keep theirs until they
     /// are next updated. The getters return an invalid colour, whatever was set.
     /// @{
-    void setMatchColor(QColor color);    ///< For a match, green at first.
-    void setMismatchColor(QColor color); ///< For a mismatch, red at first.
-    void setInFlightColor(QColor color); ///< For what is in flight, yellow at first.
+    void setMatchColor(QColor color);    ///< For a match. Default: green.
+    void setMismatchColor(QColor color); ///< For a mismatch. Default: red.
+    void setInFlightColor(QColor color); ///< For what is in flight. Default: yellow.
     QColor matchColor() const;           ///< Invalid, since items may differ.
     QColor mismatchColor() const;        ///< Invalid, since items may differ.
     QColor inFlightColor() const;        ///< Invalid, since items may differ.
@@ -102,23 +115,28 @@ public:
     /// \name Colours of one item
     /// The lamp keeps its colour until it is next updated.
     /// @{
-    void setMatchColor(QColor color, int id);    ///< For a match, green at first.
-    void setMismatchColor(QColor color, int id); ///< For a mismatch, red at first.
-    void setInFlightColor(QColor color, int id); ///< For what is in flight, yellow at first.
+    void setMatchColor(QColor color, int id);    ///< For a match. Default: green.
+    void setMismatchColor(QColor color, int id); ///< For a mismatch. Default: red.
+    void setInFlightColor(QColor color, int id); ///< For what is in flight. Default: yellow.
     QColor matchColor(int id) const;             ///< For a match.
     QColor mismatchColor(int id) const;          ///< For a mismatch.
     QColor inFlightColor(int id) const;          ///< For what is in flight.
     /// @}
 
-    /// The colour mode set last, true at first.
+    /// The colour mode set last. Default: true.
     bool useColor() const;
     /// Sets the colour mode of the items that there are (spFbUiWrapperItem_t::updateIndicator());
     /// later ones begin with true. Lamps stay as they are until they are next updated.
     void setUseColor(bool use);
 
 Q_SIGNALS:
-    /// A bound widget has changed; its setpoint is stored and its lamp updated.
+    /// A bound widget has changed, whatever the reason; its setpoint is stored and its lamp
+    /// updated.
     void valueChanged(int id);
+    /// The operator has edited a bound widget. Sent after valueChanged() for every change of a
+    /// widget but those that come while isFollowing(), and none if a slot has removed the item. A
+    /// widget that the program changes counts as edited.
+    void setpointEdited(int id);
 
 private Q_SLOTS:
     void handleCheckBoxChanged(int id);

@@ -48,7 +48,7 @@ public:
                         QWidget* widget);
     /// Copies values and colours; both items then drive the same widget and lamp.
     spFbUiWrapperItem_t(const spFbUiWrapperItem_t& other);
-    /// Likewise; the widget and the lamp that were bound stay as they are.
+    /// Copies values and colours, too; the widget and the lamp that were bound stay as they are.
     spFbUiWrapperItem_t& operator=(const spFbUiWrapperItem_t& other);
     ~spFbUiWrapperItem_t();
 
@@ -60,8 +60,8 @@ public:
     /// Stores what was reported. The lamp stays as it is.
     void setFeedbackValue(const QVariant& value);
     /// Stores what is asked for and shows it in the widget, whose signals tell of the change. A
-    /// value beyond the widget's range is shown as its nearest one, an index that a combo box
-    /// doesn't have as none. A line edit's cursor goes to the end.
+    /// value beyond the widget's range is shown as its nearest one. For an index that a combo box
+    /// doesn't have, no entry is selected. A line edit's cursor goes to the end.
     void setSetpointAndWidgetValue(const QVariant& value);
     /// Shows the feedback in the widget; the setpoint follows only through the widget's signals.
     void reset();
@@ -76,14 +76,14 @@ public:
     /// mode in the highlight colour. Doesn't switch it. Lasts until the next updateIndicator().
     void setInFlight();
 
-    QColor matchColor() const;           ///< The lamp's colour for a match, green at first.
-    QColor mismatchColor() const;        ///< The lamp's colour for a mismatch, red at first.
-    QColor inFlightColor() const;        ///< The lamp's colour while in flight, yellow at first.
+    QColor matchColor() const;           ///< The lamp's colour for a match. Default: green.
+    QColor mismatchColor() const;        ///< The lamp's colour for a mismatch. Default: red.
+    QColor inFlightColor() const;        ///< The lamp's colour while in flight. Default: yellow.
     void setMatchColor(QColor color);    ///< Takes effect when the lamp is next updated.
     void setMismatchColor(QColor color); ///< Takes effect when the lamp is next updated.
     void setInFlightColor(QColor color); ///< Takes effect when the lamp is next updated.
 
-    bool useColor() const;      ///< Whether colour mode is on, as at first.
+    bool useColor() const;      ///< Whether colour mode is on. Default: true.
     void setUseColor(bool use); ///< Takes effect when the lamp is next updated.
 
 private:
