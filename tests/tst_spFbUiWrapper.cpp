@@ -4,7 +4,6 @@
 #include "pictures.h"
 #include "randomNumbers.h"
 #include "spFbUiWrapper.h"
-#include "spFbUiWrapperItem.h"
 
 #include <QCheckBox>
 #include <QComboBox>

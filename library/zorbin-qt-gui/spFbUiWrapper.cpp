@@ -1,7 +1,6 @@
 #include "spFbUiWrapper.h"
 
 #include "indicator.h"
-#include "spFbUiWrapperItem.h"
 
 #include <QCheckBox>
 #include <QComboBox>

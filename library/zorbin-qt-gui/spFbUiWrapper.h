@@ -1,4 +1,5 @@
 #pragma once
+#include "spFbUiWrapperItem.h"
 #include "zorbinQtGuiExport.h"
 
 #include <QColor>
@@ -16,7 +17,6 @@ class QSpinBox;
 
 namespace zorbin_qt_gui {
 class indicator_t;
-class spFbUiWrapperItem_t;
 
 /// Binds the input widgets of a control panel, each under an id, to setpoints and feedback: it
 /// records what the operator sets, shows on a lamp per widget whether the equipment agrees, and

@@ -12,7 +12,6 @@
 #include <QPointer>
 #include <QSlider>
 #include <QSpinBox>
-#include <QVariant>
 #include <algorithm>
 #include <cmath>
 

@@ -2,12 +2,11 @@
 #include "zorbinQtGuiExport.h"
 
 #include <QColor>
+#include <QVariant>
+#include <QWidget>
 #include <memory>
 #include <string>
 #include <vector>
-
-class QVariant;
-class QWidget;
 
 namespace zorbin_qt_gui {
 class indicator_t;
