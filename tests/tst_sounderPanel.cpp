@@ -62,6 +62,7 @@ private Q_SLOTS:
     void followsTheDrift();
     void driftLeavesAnEditAlone();
     void staysAmberUntilTheLastAnswer();
+    void keepsAnEditThatGoesBack();
     void wheelChangesNothingInPassing();
 };
 
@@ -217,6 +218,24 @@ void tst_sounderPanel::staysAmberUntilTheLastAnswer()
     QCOMPARE(panel.lamp("rangeLamp"), theme::paused());
     QTRY_COMPARE(reported.count(), 2);
     QCOMPARE(panel.lamp("rangeLamp"), theme::running());
+}
+
+void tst_sounderPanel::keepsAnEditThatGoesBack()
+{
+    panel_t panel;
+    auto* const range = panel.find<QSpinBox>("range");
+    QList<int> shown; // at each answer
+    QList<QColor> colors;
+    connect(panel.panel.sounder(), &sounder_t::reported, this, [&] {
+        shown << range->value();
+        colors << panel.lamp("rangeLamp");
+    });
+    range->setValue(100);
+    range->setValue(30); // as it was, and still is
+    QTRY_COMPARE(shown.size(), 2);
+    QCOMPARE(shown, (QList<int>{30, 30}));
+    QCOMPARE(colors, (QList<QColor>{theme::paused(), theme::running()}));
+    QCOMPARE(panel.value(sounder_t::SETTING_RANGE), QVariant(30));
 }
 
 void tst_sounderPanel::wheelChangesNothingInPassing()

@@ -20,8 +20,9 @@ using zorbin_qt_gui::indicator_t;
 namespace survey_console {
 namespace {
 
-const double DRIFT_INTERVAL = 120.0; // s of the replay
-const int LAMP_SIZE = 14;            // px
+const double DRIFT_INTERVAL = 120.0;                  // s of the replay
+const int LAMP_SIZE = 14;                             // px
+const int LONGEST_WAIT = 2 * sounder_t::ANSWER_DELAY; // ms for an answer
 
 } // namespace
 
@@ -103,12 +104,11 @@ sounderPanel_t::sounderPanel_t(QWidget* parent)
     footer->addWidget(m_discardButton);
     m_layout->addLayout(footer, m_layout->rowCount(), 0, 1, 3);
 
-    connect(&m_binder, &zorbin_qt_gui::spFbUiWrapper_t::valueChanged, this, &sounderPanel_t::send);
+    connect(&m_binder, &zorbin_qt_gui::spFbUiWrapper_t::setpointEdited, this,
+            &sounderPanel_t::send);
     connect(&m_sounder, &sounder_t::reported, this, &sounderPanel_t::takeReport);
     connect(m_discardButton, &QPushButton::clicked, this, [this] {
-        m_isReporting = true; // the sounder has these values
         m_binder.resetGui();
-        m_isReporting = false;
         showState();
     });
     showState();
@@ -141,11 +141,9 @@ void sounderPanel_t::showTime(double seconds_)
 
 void sounderPanel_t::send(int setting)
 {
-    if (m_isReporting)
-        return;
     ++m_underWay[static_cast<std::size_t>(setting)];
     m_sounder.request(static_cast<sounder_t::setting_t>(setting), m_binder.setpointValue(setting));
-    m_binder.setInFlight(setting);
+    m_binder.setInFlight(setting, LONGEST_WAIT);
     showState();
 }
 
@@ -154,11 +152,9 @@ void sounderPanel_t::takeReport(int setting, const QVariant& value, bool isAnswe
     int& underWay = m_underWay[static_cast<std::size_t>(setting)];
     if (isAnswer)
         --underWay;
-    m_isReporting = true;
     m_binder.updateFeedback(static_cast<unsigned>(setting), value);
-    m_isReporting = false;
-    if (underWay > 0) // an answer is still to come
-        m_binder.setInFlight(setting);
+    if (isAnswer && underWay == 0 && !m_binder.spFbMatch(setting))
+        m_binder.setInFlight(setting, 0); // refused: nothing to wait for is left
     showState();
 }
 

@@ -38,8 +38,7 @@ private:
     QLabel* m_stateLabel;
     QPushButton* m_discardButton;
     std::array<int, sounder_t::SETTING_COUNT> m_underWay = {}; // requests without an answer
-    bool m_isReporting = false; // a widget that follows a report changes, but asks for nothing
-    int m_drifts = 0;           // that have been
+    int m_drifts = 0;                                          // that have been
 };
 
 } // namespace survey_console

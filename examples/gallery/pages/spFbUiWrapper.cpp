@@ -1,6 +1,6 @@
 // Settings of a sonar, which answers a second later. Set a value and its lamp turns yellow, then
 // green once the sonar has taken it. The sonar's gain goes no further than 40 dB, so a setpoint
-// beyond stays red.
+// beyond turns red after two seconds.
 
 #include "pages.h"
 
@@ -27,12 +27,13 @@ QWidget* makeSpFbUiWrapper()
     };
     auto* const page = new QWidget;
     auto* const layout = new QGridLayout(page);
-    const auto add = [layout](const char* name, QWidget* widget) {
+    const auto add = [layout](const char* name, QAbstractSpinBox* box) {
+        box->setKeyboardTracking(false); // no command for each digit
         auto* const lamp = new indicator_t;
         lamp->setFixedSize(18, 18);
         const int row = layout->rowCount();
         layout->addWidget(new QLabel(QString::fromLatin1(name)), row, 0);
-        layout->addWidget(widget, row, 1);
+        layout->addWidget(box, row, 1);
         layout->addWidget(lamp, row, 2);
         return lamp;
     };
@@ -56,12 +57,11 @@ QWidget* makeSpFbUiWrapper()
     binder->setInFlight(PINGS); // on its way: yellow
 
     QObject::connect(
-        binder, &spFbUiWrapper_t::valueChanged, binder, [binder, greatestGain](int id) {
-            binder->setInFlight(id);
-            QTimer::singleShot(1000, binder, [binder, id, greatestGain] {
-                const QVariant setpoint = binder->setpointValue(id);
-                const QVariant taken =
-                    id == GAIN ? std::min(setpoint.toDouble(), greatestGain) : setpoint;
+        binder, &spFbUiWrapper_t::setpointEdited, binder, [binder, greatestGain](int id) {
+            const QVariant sent = binder->setpointValue(id);
+            binder->setInFlight(id, 2000);
+            QTimer::singleShot(1000, binder, [binder, id, sent, greatestGain] {
+                const QVariant taken = id == GAIN ? std::min(sent.toDouble(), greatestGain) : sent;
                 binder->updateFeedback(static_cast<unsigned>(id), taken);
             });
         });
