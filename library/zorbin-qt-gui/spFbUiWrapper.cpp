@@ -70,13 +70,30 @@ struct spFbUiWrapper_t::privateData_t
         return *found->second;
     }
 
-    // The widget of an id; null without the item, or if its widget is gone or of another class.
+    // The widget that has an id; null if there is none, or if it is of another class.
     template <typename widget_t>
     const widget_t* widgetOf(int id) const
     {
-        const auto found = items.find(id);
-        return found == items.end() ? nullptr
-                                    : qobject_cast<const widget_t*>(found->second->widget());
+        const auto found = widgets.find(id);
+        return found == widgets.end() ? nullptr : qobject_cast<const widget_t*>(found->second);
+    }
+
+    void bind(const QObject* widget, int id)
+    {
+        unbind(widget);
+        ids[widget] = id;
+        widgets[id] = widget;
+    }
+
+    void unbind(const QObject* widget)
+    {
+        const auto found = ids.find(widget);
+        if (found == ids.end())
+            return;
+        const auto same = widgets.find(found->second);
+        if (same != widgets.end() && same->second == widget)
+            widgets.erase(same);
+        ids.erase(found);
     }
 
     // Shows match or mismatch, whether a setpoint is in flight or not.
@@ -103,6 +120,7 @@ struct spFbUiWrapper_t::privateData_t
     // By widget that is there. A widget has the id that it was bound under last, if that was not
     // removed.
     std::unordered_map<const QObject*, int> ids;
+    std::unordered_map<int, const QObject*> widgets; // the reverse
     // Deliberate: never written, so that the getters without an id return invalid colours.
     const QColor matchColor;
     const QColor mismatchColor;
@@ -174,9 +192,9 @@ void spFbUiWrapper_t::addWrapper(const QVariant& setpoint, const QVariant& feedb
     m_d->items[id] = item;
     if (item->widgetEnumType() == spFbUiWrapperItem_t::SW_UNSUPPORTED)
         qFatal("spFbUiWrapper_t::%s: Unsupported widget type", "addWrapper");
-    m_d->ids[widget] = id;
+    m_d->bind(widget, id);
     connect(widget, &QObject::destroyed, &m_d->receiver,
-            [this](const QObject* gone) { m_d->ids.erase(gone); });
+            [this](const QObject* gone) { m_d->unbind(gone); });
     // The connection stays when the id is removed. What counts is the id that the widget has when
     // it changes.
     const auto announce = [this](const auto* bound, auto changed, auto handler) {
@@ -186,8 +204,7 @@ void spFbUiWrapper_t::addWrapper(const QVariant& setpoint, const QVariant& feedb
                 return;
             const int changedId = found->second;
             (this->*handler)(changedId); // before the signals: slots find setpoint and lamp right
-            if (idExists(changedId))
-                Q_EMIT valueChanged(changedId);
+            Q_EMIT valueChanged(changedId);
             if (idExists(changedId) && !isFollowing())
                 Q_EMIT setpointEdited(changedId);
         });
@@ -212,7 +229,7 @@ void spFbUiWrapper_t::addWrapper(const QVariant& setpoint, const QVariant& feedb
 void spFbUiWrapper_t::removeWrapper(int id)
 {
     const spFbUiWrapperItem_t& item = m_d->item(id, "removeWrapper");
-    m_d->ids.erase(item.widget()); // the widget's connection stays; without an id it does nothing
+    m_d->unbind(item.widget()); // the widget's connection stays; without an id it does nothing
     m_d->flights.erase(id);
     delete &item;
     m_d->items.erase(id);
