@@ -1,6 +1,7 @@
 #include "childProcess.h"
 #include "glStripChartImpl.h"
 #include "messageRecorder.h"
+#include "paintLog.h"
 #include "pictures.h"
 #include "plainChart.h"
 #include "recordingRenderer.h"
@@ -10,6 +11,8 @@
 #include "stripChartImpl.h"
 
 #include <QApplication>
+#include <QGridLayout>
+#include <QLabel>
 #include <QLayout>
 #include <QPointer>
 #include <QRegularExpression>
@@ -105,6 +108,10 @@ private Q_SLOTS:
     void isFilledByTheDrawingWidget();
     void takesItsBackgroundFromItsOwnPalette();
     void showsANewBackgroundAtOnce();
+    void repaintsNothingForTheSameBackground();
+    void repaintsItsCanvasWhateverItsLayout_data();
+    void repaintsItsCanvasWhateverItsLayout();
+    void mayBeDeletedBySlotsOfItsColour();
     void isReachedByStringBasedConnections();
     void relaysTheSignalsOfItsImplementation();
     void hasAnAutoscaleProperty();
@@ -173,6 +180,7 @@ private Q_SLOTS:
     void forgetsACurveWithoutConnections();
     void mayBeUsedBySlotsOfItsCurvesEnd_data();
     void mayBeUsedBySlotsOfItsCurvesEnd();
+    void givesACurveBackAmidItsEnd();
     void mayBeDeletedBySlotsOfItsSignals_data();
     void mayBeDeletedBySlotsOfItsSignals();
     void losesACurveToSlotsOfItsSignals_data();
@@ -243,6 +251,86 @@ void tst_stripChart::showsANewBackgroundAtOnce()
     wanted.fill(Qt::darkRed);
     QCOMPARE(firstDifference(shown(chart), wanted), QString());
     QCOMPARE(implOf(chart).canvasColor(), QColor(Qt::darkRed));
+}
+
+void tst_stripChart::repaintsNothingForTheSameBackground()
+{
+    stripChart_t chart(nullptr);
+    chart.setBackgroundColor(Qt::darkRed);
+    chart.resize(60, 50);
+    chart.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&chart));
+    paintLog_t paints(implOf(chart).widget());
+    shown(chart);
+    paints.take();
+    QSignalSpy mouse(&chart, &stripChart_t::mousePos);
+    chart.setBackgroundColor(Qt::darkRed);
+    QCOMPARE(paints.take(), QRegion());
+    QCOMPARE(mouse.size(), 0);
+    chart.setBackgroundColor(Qt::red);
+    QCOMPARE(paints.take(), QRegion(0, 0, 60, 50));
+}
+
+namespace {
+using chartUse_t = std::function<void(stripChart_t*)>;
+using curveUse_t = std::function<void(stripChartCurve_t*)>;
+} // namespace
+Q_DECLARE_METATYPE(chartUse_t)
+Q_DECLARE_METATYPE(curveUse_t)
+
+void tst_stripChart::repaintsItsCanvasWhateverItsLayout_data()
+{
+    QTest::addColumn<chartUse_t>("change");
+    const auto row = [](const char* name, const chartUse_t& change) {
+        QTest::newRow(name) << change;
+    };
+    const auto box = [](stripChart_t* chart) {
+        return qobject_cast<QVBoxLayout*>(chart->layout());
+    };
+    row("a space above", [=](stripChart_t* chart) { box(chart)->insertSpacing(0, 10); });
+    row("a stretch above", [=](stripChart_t* chart) { box(chart)->insertStretch(0); });
+    row("a label above",
+        [=](stripChart_t* chart) { box(chart)->insertWidget(0, new QLabel("speed")); });
+    row("a layout above",
+        [=](stripChart_t* chart) { box(chart)->insertLayout(0, new QHBoxLayout); });
+    row("the canvas taken out", [](stripChart_t* chart) { delete chart->layout()->takeAt(0); });
+    row("no layout", [](stripChart_t* chart) { delete chart->layout(); });
+    row("another layout", [](stripChart_t* chart) {
+        delete chart->layout();
+        auto* const grid = new QGridLayout(chart);
+        grid->addWidget(new QLabel("speed"), 0, 0);
+        grid->addWidget(implOf(*chart).widget(), 0, 1);
+    });
+}
+
+void tst_stripChart::repaintsItsCanvasWhateverItsLayout()
+{
+    QFETCH(chartUse_t, change);
+    stripChart_t chart(nullptr);
+    chart.resize(100, 80);
+    change(&chart);
+    chart.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&chart));
+    shown(chart);
+    QWidget* const canvas = implOf(chart).widget();
+    paintLog_t paints(canvas);
+    paints.take();
+    chart.setBackgroundColor(Qt::darkRed);
+    QCOMPARE(paints.take(), canvas->visibleRegion());
+    auto* const curve = new stripChartCurve_t(nullptr);
+    QVERIFY(chart.addCurve(curve));
+    QCOMPARE(paints.take(), canvas->visibleRegion());
+    QVERIFY(chart.removeCurve(curve));
+    QCOMPARE(paints.take(), canvas->visibleRegion());
+    delete curve;
+}
+
+void tst_stripChart::mayBeDeletedBySlotsOfItsColour()
+{
+    const QPointer<stripChart_t> chart = new stripChart_t(nullptr);
+    connect(&implOf(*chart), &stripChartImpl_t::colorChanged, this, [&] { delete chart; });
+    chart->setBackgroundColor(Qt::red);
+    QVERIFY(!chart);
 }
 
 // Has the signals and slots that an application might connect to a chart by name.
@@ -1106,13 +1194,6 @@ void tst_stripChart::mayBeDeletedBySlotsOfACurvesEnd()
     QVERIFY(!other);
 }
 
-namespace {
-using chartUse_t = std::function<void(stripChart_t*)>;
-using curveUse_t = std::function<void(stripChartCurve_t*)>;
-} // namespace
-Q_DECLARE_METATYPE(chartUse_t)
-Q_DECLARE_METATYPE(curveUse_t)
-
 // The slot is connected before the chart knows the curve, so it runs before the chart's own.
 void tst_stripChart::hasForgottenACurveBeforeItsEndIsAnnounced_data()
 {
@@ -1181,6 +1262,21 @@ void tst_stripChart::mayBeUsedBySlotsOfItsCurvesEnd()
     });
     delete chart;
     QCOMPARE(uses, 1);
+}
+
+void tst_stripChart::givesACurveBackAmidItsEnd()
+{
+    auto* const chart = new stripChart_t(nullptr);
+    const QPointer<stripChartCurve_t> first = new stripChartCurve_t(nullptr);
+    const QPointer<stripChartCurve_t> second = new stripChartCurve_t(nullptr);
+    chart->addCurve(first);
+    chart->addCurve(second);
+    connect(first, &QObject::destroyed, this, [&] { QVERIFY(chart->removeCurve(second)); });
+    connect(second, &QObject::destroyed, this, [&] { QVERIFY(chart->removeCurve(first)); });
+    delete chart;
+    QVERIFY(first.isNull() != second.isNull());
+    disconnect(first ? first : second, nullptr, this, nullptr);
+    delete (first ? first : second);
 }
 
 void tst_stripChart::mayBeDeletedBySlotsOfItsSignals_data()

@@ -9,10 +9,10 @@ namespace {
 
 // The implementation asks for no repaint when its curves or its colour change; a user expects to
 // see what was done at once. While the chart is being destroyed its drawing widget is gone first.
-void updateCanvas(const stripChart_t& chart)
+void updateCanvas(QWidget* canvas)
 {
-    if (QLayoutItem* const canvas = chart.layout()->itemAt(0))
-        canvas->widget()->update();
+    if (canvas != nullptr)
+        canvas->update();
 }
 
 } // namespace
@@ -27,10 +27,11 @@ stripChart_t::stripChart_t(QWidget* parent)
             &stripChart_t::valueAutoscaleChanged);
     connect(impl, &stripChartImpl_t::mousePos, this, &stripChart_t::mousePos);
     m_d->canvasColor(palette().color(QPalette::Window));
+    m_canvas = m_d->widget();
 
     auto* const layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
-    layout->addWidget(m_d->widget(), 0);
+    layout->addWidget(m_canvas, 0);
 }
 
 stripChart_t::~stripChart_t() = default;
@@ -39,7 +40,7 @@ bool stripChart_t::addCurve(stripChartCurve_t* curve)
 {
     const bool isAdded = m_d->addCurve(curve);
     if (isAdded)
-        updateCanvas(*this);
+        updateCanvas(m_canvas);
     return isAdded;
 }
 
@@ -47,7 +48,7 @@ bool stripChart_t::removeCurve(stripChartCurve_t* curve)
 {
     const bool isRemoved = m_d->removeCurve(curve);
     if (isRemoved)
-        updateCanvas(*this);
+        updateCanvas(m_canvas);
     return isRemoved;
 }
 
@@ -109,8 +110,11 @@ void stripChart_t::autoscaleValue(bool enable_)
 
 void stripChart_t::setBackgroundColor(QColor color_)
 {
+    if (color_ == m_d->canvasColor())
+        return;
+    const QPointer<QWidget> canvas = m_canvas; // slots of colorChanged() may delete the chart
     m_d->canvasColor(color_);
-    updateCanvas(*this);
+    updateCanvas(canvas);
 }
 
 } // namespace zorbin_qt_gui

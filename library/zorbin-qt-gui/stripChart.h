@@ -2,6 +2,7 @@
 #include "zorbinQtGuiExport.h"
 
 #include <QColor>
+#include <QPointer>
 #include <QSize>
 #include <QWidget>
 #include <memory>
@@ -93,7 +94,8 @@ public Q_SLOTS:
     /// Emits valueAutoscaleChanged() when that changes something.
     void autoscaleValue(bool enable_);
 
-    /// Sets the colour behind the curves and repaints the chart.
+    /// Sets the colour behind the curves and repaints the chart. Does nothing when the colour is
+    /// the same.
     void setBackgroundColor(QColor color_);
 
 Q_SIGNALS:
@@ -108,6 +110,7 @@ Q_SIGNALS:
     void mousePos(double x_, double y_);
 
 private:
+    QPointer<QWidget> m_canvas; // the drawing widget; outlives m_d, whose end slots may hear of
     const std::unique_ptr<stripChartImpl_t> m_d;
 };
 } // namespace zorbin_qt_gui
