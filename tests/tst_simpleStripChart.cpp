@@ -12,6 +12,7 @@
 
 #include <QLayout>
 #include <QMouseEvent>
+#include <QPaintEngine>
 #include <QPainter>
 #include <QPainterPath>
 #include <QSignalSpy>
@@ -119,6 +120,7 @@ private Q_SLOTS:
     void movesByWholePixels();
     void paintsOnlyTheNewColumns();
     void leavesTheBoundsAloneInsideTheWindow();
+    void forgetsAPendingShiftInsideTheWindow();
     void jumpsWithAFullRepaint_data();
     void jumpsWithAFullRepaint();
     void leavesTheBoundsAloneWhateverTheRounding();
@@ -145,6 +147,8 @@ private Q_SLOTS:
     void drawsAsThePlainWay();
     void drawsAsThePlainWayOnOddPainters_data();
     void drawsAsThePlainWayOnOddPainters();
+    void drawsAsThePlainWayUnderSeveralRectangles_data();
+    void drawsAsThePlainWayUnderSeveralRectangles();
     void repaintsAsThePlainWayWhileTheCurveChanges();
     void showsAsThePlainWidget_data();
     void showsAsThePlainWidget();
@@ -464,6 +468,17 @@ void tst_simpleStripChart::leavesTheBoundsAloneInsideTheWindow()
     QCOMPARE(spy.size(), 0);
     QVERIFY(plot.chart.minTimeBound() == left && plot.chart.maxTimeBound() == right);
     QCOMPARE(plot.paints->take(), QRegion());
+}
+
+void tst_simpleStripChart::forgetsAPendingShiftInsideTheWindow()
+{
+    plotted_t plot;
+    QVERIFY(plot.show());
+    plot.chart.findChild<simpleStripChartWidget_t*>()->timeScroll(-7);
+    plot.chart.scrollTime(14.0);
+    QCOMPARE(plot.paints->take(), QRegion());
+    plot.chart.timeBounds(1.0, 16.0); // other bounds, not a shift by what was announced before
+    QCOMPARE(plot.paints->take(), QRegion(0, 0, 300, 100));
 }
 
 void tst_simpleStripChart::jumpsWithAFullRepaint_data()
@@ -1038,6 +1053,63 @@ void tst_simpleStripChart::drawsAsThePlainWayOnOddPainters()
         });
         const QImage wanted =
             drawn([&](const context_t& context) { drawPlainly(context, points, QColor(), 1.1); });
+        QVERIFY2(actual == wanted, qPrintable(QStringLiteral("round %1: ").arg(round) +
+                                              firstDifference(actual, wanted)));
+    }
+}
+
+void tst_simpleStripChart::drawsAsThePlainWayUnderSeveralRectangles_data()
+{
+    QTest::addColumn<bool>("byPainter");
+    QTest::addColumn<bool>("byToolkit");
+    QTest::newRow("set on the painter") << true << false;
+    QTest::newRow("set by the toolkit") << false << true;
+    QTest::newRow("set by both") << true << true;
+}
+
+// Rectangles of the clip reach, or lie, beyond the picture.
+void tst_simpleStripChart::drawsAsThePlainWayUnderSeveralRectangles()
+{
+    QFETCH(bool, byPainter);
+    QFETCH(bool, byToolkit);
+    random_t random(22);
+    const QSize size(200, 120);
+    const auto randomRegion = [&] {
+        // The toolkit paints nothing that has no pixel of the picture.
+        QRegion region(random.integer(0, 199), random.integer(0, 119), 20, 20);
+        for (int i = random.integer(0, 4); i > 0; --i)
+            region += QRect(random.integer(-150, 220), random.integer(-100, 130),
+                            random.integer(1, 200), random.integer(1, 120));
+        return region;
+    };
+    for (int round = 0; round < 200; ++round) {
+        taste_t taste;
+        taste.pointsPerPixel = random.oneOf<double>({0.1, 0.5, 3.0});
+        taste.roughness = random.oneOf<double>({0.3, 2.0});
+        stripChartCurve_t curve;
+        curve.gapThreshold(100.0);
+        curve.addPoints(randomPoints(random, taste, -2.0, 17.0, 0.075));
+        const QRegion ofPainter = randomRegion();
+        const QRegion ofToolkit = randomRegion();
+        const auto drawn = [&](const auto& draw) {
+            QImage picture(size, QImage::Format_RGB32);
+            picture.fill(Qt::white);
+            if (byToolkit)
+                picture.paintEngine()->setSystemClip(ofToolkit);
+            QPainter painter(&picture);
+            painter.translate(5, -7);
+            if (byPainter)
+                painter.setClipRegion(ofPainter);
+            draw(context_t{&painter, 0.0, 15.0, 0.0, 1.0, 200 / 15.0, 60.0, 200, 120});
+            painter.end();
+            return picture;
+        };
+        const QImage actual = drawn([&](const context_t& context) {
+            static_cast<simpleCurveRenderer_t*>(curve.renderer())->draw(context);
+        });
+        const QImage wanted = drawn([&](const context_t& context) {
+            drawPlainly(context, record(curve).points, QColor(), 100.0);
+        });
         QVERIFY2(actual == wanted, qPrintable(QStringLiteral("round %1: ").arg(round) +
                                               firstDifference(actual, wanted)));
     }

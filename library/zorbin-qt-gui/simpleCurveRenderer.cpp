@@ -118,14 +118,16 @@ shortcuts_t shortcutsFor(const context_t& context)
 
     if (result.scale == 1) {
         const QPaintDevice* const device = engine->paintDevice();
-        QRect clip(0, 0, device->width(), device->height());
+        const QPoint origin(static_cast<int>(transform.dx()), static_cast<int>(transform.dy()));
+        QRegion clip(0, 0, device->width(), device->height());
         if (!engine->systemClip().isEmpty())
-            clip &= engine->systemClip().boundingRect();
-        result.footprints = true;
-        result.clip =
-            clip.translated(-static_cast<int>(transform.dx()), -static_cast<int>(transform.dy()));
+            clip &= engine->systemClip();
         if (painter.hasClipping())
-            result.clip &= painter.clipBoundingRect().toRect();
+            clip &= painter.clipRegion().translated(origin);
+        // QPainter cuts lines at the rectangle around what is left. A rectangle around each region
+        // could reach further, around parts that lie off the device.
+        result.footprints = true;
+        result.clip = clip.boundingRect().translated(-origin);
     }
     return result;
 }

@@ -40,8 +40,10 @@ void simpleStripChartImpl_t::scrollTime(double t)
     const int width = m_widget->width();
     int pixels = width;
     double newMax = timeMin + pixels / xScale;
-    if (t <= std::max(timeMax, newMax) && std::abs(newMax - timeMax) * xScale < roundingPixels)
+    if (t <= std::max(timeMax, newMax) && std::abs(newMax - timeMax) * xScale < roundingPixels) {
+        m_widget->timeScroll(0);
         return;
+    }
     // The first whole-pixel position at or after t; it is never far.
     while (t > newMax) {
         ++pixels;
