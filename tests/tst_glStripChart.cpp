@@ -21,11 +21,16 @@
 #include <QTest>
 #include <QVBoxLayout>
 #include <algorithm>
+#include <atomic>
 #include <cmath>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
+#include <functional>
 #include <limits>
+#include <malloc.h>
 #include <memory>
+#include <new>
 #include <qopengl.h>
 #include <utility>
 #include <vector>
@@ -50,7 +55,43 @@ static bool hasContext = false;
                   "tested by staysEmptyWithoutAContext() and the functions on records.");          \
     } while (false)
 
+// Bytes taken by new and not given back by delete, here and in the library.
+static std::atomic<qint64> allocated{0};
+
+void* operator new(std::size_t size, const std::nothrow_t& /*tag*/) noexcept
+{
+    void* const block = std::malloc(std::max<std::size_t>(size, 1));
+    allocated += static_cast<qint64>(malloc_usable_size(block));
+    return block;
+}
+
+void* operator new(std::size_t size)
+{
+    void* const block = operator new(size, std::nothrow);
+    if (block == nullptr)
+        throw std::bad_alloc();
+    return block;
+}
+
+void operator delete(void* block) noexcept
+{
+    allocated -= static_cast<qint64>(malloc_usable_size(block));
+    std::free(block);
+}
+
+void operator delete(void* block, std::size_t /*size*/) noexcept
+{
+    operator delete(block);
+}
+
+void operator delete(void* block, const std::nothrow_t& /*tag*/) noexcept
+{
+    operator delete(block);
+}
+
 namespace {
+
+using chartUse_t = std::function<void(stripChart_t*)>;
 
 glStripChartWidget_t& canvasOf(stripChart_t& chart)
 {
@@ -223,6 +264,8 @@ QString paintedColumns(const QImage& picture, int row)
 
 } // namespace
 
+Q_DECLARE_METATYPE(chartUse_t)
+
 class tst_glStripChart : public QObject
 {
     Q_OBJECT
@@ -293,6 +336,10 @@ private Q_SLOTS:
     void keepsDrawingAfterBeingHiddenAndReparented();
     void drawsAgainInAnotherContext();
     void makesNoListsWithoutAWindow();
+    void freesTheArraysOfLoosePoints();
+    void hasForgottenACurveBeforeItsEndIsAnnounced_data();
+    void hasForgottenACurveBeforeItsEndIsAnnounced();
+    void repaintsWhenACurveIsDeleted();
     void leavesNothingBehindAfterAHundredCharts();
     void survivesChangesAtRandom();
 
@@ -1345,6 +1392,61 @@ void tst_glStripChart::makesNoListsWithoutAWindow()
     QTRY_COMPARE(paintedColumns(drawn(plot.chart), 49), QString("0-248"));
     QCOMPARE(paintedColumns(drawn(plot.chart), 20), QString());
 #endif
+}
+
+void tst_glStripChart::freesTheArraysOfLoosePoints()
+{
+    REQUIRE_CONTEXT();
+    plotted_t plot;
+    plot.curve->addPoints(levelPoints(90));
+    QCOMPARE(record(*plot.curve).incomingCount, 90);
+    drawn(plot.chart);
+    const qint64 before = allocated;
+    rendererOf(*plot.curve).prepareToDelete();
+    constexpr qint64 vertices = 2 * 90;
+    constexpr qint64 parts = 4 + 4; // of a place and of a colour
+    QVERIFY(before - allocated >= vertices * parts * static_cast<qint64>(sizeof(float)));
+}
+
+// The slot is connected before the chart knows the curve, so it runs before the chart's own.
+void tst_glStripChart::hasForgottenACurveBeforeItsEndIsAnnounced_data()
+{
+    QTest::addColumn<chartUse_t>("use");
+    QTest::newRow("a repaint") << chartUse_t([](stripChart_t* chart) {
+        canvasOf(*chart).update();
+        drawn(*chart);
+    });
+    QTest::newRow("other bounds") << chartUse_t(
+        [](stripChart_t* chart) { chart->timeBounds(0.0, 10.0); });
+    QTest::newRow("deleted") << chartUse_t([](stripChart_t* chart) { delete chart; });
+}
+
+void tst_glStripChart::hasForgottenACurveBeforeItsEndIsAnnounced()
+{
+    QFETCH(chartUse_t, use);
+    const QPointer<stripChart_t> chart = new stripChart_t(nullptr);
+    auto* const curve = new stripChartCurve_t(nullptr);
+    int uses = 0;
+    connect(curve, &QObject::destroyed, this, [&] {
+        ++uses;
+        QVERIFY(implOf(*chart).curves().empty());
+        use(chart);
+    });
+    chart->addCurve(curve);
+    QVERIFY(show(*chart));
+    curve->addPoints(levelPoints(250));
+    delete curve;
+    QCOMPARE(uses, 1);
+    delete chart;
+}
+
+void tst_glStripChart::repaintsWhenACurveIsDeleted()
+{
+    plotted_t plot;
+    paintLog_t paints(&canvasOf(plot.chart));
+    paints.take();
+    delete plot.curve;
+    QCOMPARE(paints.take(), QRegion(0, 0, 300, 100));
 }
 
 void tst_glStripChart::leavesNothingBehindAfterAHundredCharts()

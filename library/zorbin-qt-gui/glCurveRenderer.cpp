@@ -70,6 +70,11 @@ glCurveRenderer_t::glCurveRenderer_t(stripChartCurveData_t* data) : stripChartCu
 
 glCurveRenderer_t::~glCurveRenderer_t()
 {
+    // Before anybody hears of the curve's end: what they do to the chart must not find it there.
+    if (m_chart != nullptr) {
+        m_chart->removeCurve(m_d->parent);
+        m_chart->update();
+    }
     prepareToDelete();
 }
 
@@ -296,12 +301,13 @@ void glCurveRenderer_t::loosePoints_t::take(const stripChartCurveData_t& data)
 void glCurveRenderer_t::loosePoints_t::release()
 {
     isStale = true;
-    points = {};
-    colors = {};
+    std::vector<float>().swap(points); // assigning {} would keep the memory
+    std::vector<float>().swap(colors);
 }
 
-// A line strip in which every point but the first has two vertices: the end of the line to it, and
-// the start of the line from it. The strip begins with the point before the zone.
+// A line strip in which every point but the first has two vertices, each in the colour of its line:
+// the end of the line to it, and the start of the line from it. The strip begins with the point
+// before the zone. The last vertex starts no line and isn't drawn.
 void glCurveRenderer_t::loosePoints_t::fill(const stripChartCurveData_t& data, unsigned first,
                                             unsigned count)
 {

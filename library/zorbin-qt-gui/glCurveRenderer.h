@@ -30,10 +30,11 @@ public:
     explicit glCurveRenderer_t(stripChartCurveData_t* data);
     ~glCurveRenderer_t() override;
 
-    /// Draws the curve relative to a centre, with a model-view matrix that is scaled to pixels, in
-    /// the chart's context, which is current. Makes lists that are missing.
+    /// Draws all of the curve relative to a centre, under the current matrices, in the chart's
+    /// context, which is current. Makes lists that are missing.
     void draw(double xCenter, double yCenter);
-    /// Releases all that is held in the chart's context and forgets the chart.
+    /// Releases all that is held in the chart's context, frees the arrays of loose points and
+    /// forgets the chart.
     void prepareToDelete();
 
     /// Emits the points \p first to \p last, both included, relative to the reference, into the
