@@ -120,10 +120,9 @@ void processEvents()
     QCoreApplication::processEvents();
 }
 
-// What the chart's context holds once all that is due has been painted.
-QImage drawn(stripChart_t& chart)
+// What the chart's context holds.
+QImage inContext(stripChart_t& chart)
 {
-    processEvents();
     glStripChartWidget_t& canvas = canvasOf(chart);
     canvas.makeCurrent();
     QImage picture(canvas.size(), QImage::Format_RGBX8888);
@@ -131,6 +130,31 @@ QImage drawn(stripChart_t& chart)
     glReadPixels(0, 0, picture.width(), picture.height(), GL_RGBA, GL_UNSIGNED_BYTE,
                  picture.bits());
     return picture.mirrored().convertToFormat(QImage::Format_RGB32);
+}
+
+// The same once all that is due has been painted.
+QImage drawn(stripChart_t& chart)
+{
+    processEvents();
+    return inContext(chart);
+}
+
+// Calls what Qt calls when the size has changed.
+void resizeGl(stripChart_t& chart, int width, int height)
+{
+    struct opened_t : glStripChartWidget_t
+    {
+        using glStripChartWidget_t::resizeGL;
+    };
+    (canvasOf(chart).*(&opened_t::resizeGL))(width, height);
+}
+
+// The size of the viewport in the current context.
+QSize viewportSize()
+{
+    GLint viewport[4] = {};
+    glGetIntegerv(GL_VIEWPORT, viewport);
+    return {viewport[2], viewport[3]};
 }
 
 bool show(stripChart_t& chart)
@@ -295,6 +319,9 @@ private Q_SLOTS:
     void blendsAndShadesFlat();
     void putsTheCentreIntoTheMiddle();
     void tellsItsSize();
+    void takesTheSizeThatItIsTold();
+    void takesTheSizeThatItIsToldOnADenseDisplay_data();
+    void takesTheSizeThatItIsToldOnADenseDisplay();
     void leavesTheMatricesAndArraysAsTheyWere();
     void repaintsAllOfItselfForEachChange();
     void scrollsWithoutSnappingToPixels();
@@ -313,6 +340,8 @@ private Q_SLOTS:
     void drawsTheLineFromTheOutgoingPoints();
     void interruptsTheLineFromTheOutgoingPointsAtNaN();
     void drawsWithoutHolesWhilePointsAgeOut();
+    void givesEachLooseLineOneColourAlsoWhenShadedSmoothly();
+    void drawsAllSegmentsUnderAnyMatrix();
     void takesANewColourAtTheNextDraw();
     void forgetsNoColourBetweenTwoDraws();
     void interruptsTheLineAtNaN_data();
@@ -677,6 +706,76 @@ void tst_glStripChart::tellsItsSize()
     QCOMPARE(implOf(plot.chart).xScaleFactor(), 10.0);
 }
 
+void tst_glStripChart::takesTheSizeThatItIsTold()
+{
+    plotted_t plot; // 300 x 100
+    resizeGl(plot.chart, 120, 40);
+    QCOMPARE(implOf(plot.chart).yScaleFactor(), 4.0);
+    plot.chart.timeBounds(0.0, 12.0);
+    QCOMPARE(implOf(plot.chart).xScaleFactor(), 10.0);
+    if (!hasContext)
+        return;
+    contextOf(plot.chart);
+    resizeGl(plot.chart, 160, 50);
+    QCOMPARE(viewportSize(), QSize(160, 50));
+    float projection[16] = {};
+    glGetFloatv(GL_PROJECTION_MATRIX, projection);
+    QCOMPARE(projection[0], 2.0F / 160.0F);
+    QCOMPARE(projection[5], 2.0F / 50.0F);
+}
+
+// Prints what a chart takes its size for when it is shown, and when Qt tells it another one; and
+// the size in the context.
+static int tellSizesOnADenseDisplay()
+{
+    stripChart_t chart(nullptr);
+    chart.resize(103, 61);
+    if (!show(chart))
+        return 1;
+    chart.valueBounds(0.0, 1.0);
+    const auto tell = [&] {
+        chart.timeBounds(chart.minTimeBound() - 1.0, chart.minTimeBound());
+        contextOf(chart);
+        const QSize viewport = viewportSize();
+        std::printf("%g x %g, %d x %d\n", implOf(chart).xScaleFactor(),
+                    implOf(chart).yScaleFactor(), viewport.width(), viewport.height());
+    };
+    tell();
+#if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
+    resizeGl(chart, static_cast<int>(80 * chart.devicePixelRatioF()),
+             static_cast<int>(40 * chart.devicePixelRatioF()));
+#else
+    resizeGl(chart, 80, 40);
+#endif
+    tell();
+    return 0;
+}
+
+void tst_glStripChart::takesTheSizeThatItIsToldOnADenseDisplay_data()
+{
+    QTest::addColumn<QString>("factor");
+    QTest::addColumn<QString>("shown"); // device pixels of 103 x 61
+    QTest::addColumn<QString>("told");  // and of 80 x 40
+    QTest::newRow("2") << "2"
+                       << "206 x 122"
+                       << "160 x 80";
+    // 128.75 x 76.25; Qt 6 sets a viewport of its own for each repaint and drops the fractions.
+    const bool isCut = QT_VERSION >= QT_VERSION_CHECK(6, 0, 0);
+    QTest::newRow("1.25") << "1.25" << (isCut ? "128 x 76" : "129 x 76") << "100 x 50";
+}
+
+void tst_glStripChart::takesTheSizeThatItIsToldOnADenseDisplay()
+{
+    REQUIRE_CONTEXT();
+    QFETCH(QString, factor);
+    QFETCH(QString, shown);
+    QFETCH(QString, told);
+    const childOutcome_t child =
+        runChild("sizes on a dense display", {"QT_SCALE_FACTOR=" + factor});
+    QCOMPARE(child.exitCode, 0);
+    QCOMPARE(child.said, (QStringList{"103 x 61, " + shown, "80 x 40, " + told}));
+}
+
 void tst_glStripChart::leavesTheMatricesAndArraysAsTheyWere()
 {
     REQUIRE_CONTEXT();
@@ -961,6 +1060,42 @@ void tst_glStripChart::drawsWithoutHolesWhilePointsAgeOut()
         QCOMPARE(ends.at(1), QString("299"));
     }
     QVERIFY(record(*plot.curve).outgoingCount > 0);
+}
+
+// Two vertices of each point: the end of the line to it, and the start of the line from it.
+void tst_glStripChart::givesEachLooseLineOneColourAlsoWhenShadedSmoothly()
+{
+    REQUIRE_CONTEXT();
+    plotted_t plot;
+    plot.curve->addPoints({{1.0, 0.0, Qt::red},
+                           {2.0, 1.0, Qt::red},
+                           {6.0, 1.0, Qt::red}, // a gap
+                           {7.0, 2.0, Qt::red},
+                           {7.5, nan_, Qt::red}, // nothing to it and from it
+                           {8.0, 2.0, Qt::red},
+                           {9.0, 3.0, Qt::red}});
+    const QImage flat = drawn(plot.chart);
+    QCOMPARE(flat.pixelColor(50, 40), QColor(255, 191, 191)); // one time in four
+    contextOf(plot.chart);
+    glShadeModel(GL_SMOOTH);
+    canvasOf(plot.chart).update();
+    QCOMPARE(firstDifference(drawn(plot.chart), flat), QString());
+}
+
+// What is out of sight is left out where the chart paints itself, not by the renderer.
+void tst_glStripChart::drawsAllSegmentsUnderAnyMatrix()
+{
+    REQUIRE_CONTEXT();
+    plotted_t plot; // shows 15 of the 100 seconds
+    plot.curve->addPoints(levelPoints(1000));
+    drawn(plot.chart);
+    contextOf(plot.chart);
+    glClear(GL_COLOR_BUFFER_BIT);
+    glMatrixMode(GL_MODELVIEW);
+    glLoadIdentity();
+    glScaled(2.0, 10.0, 1.0); // 150 seconds
+    rendererOf(*plot.curve).draw(75.0, 0.0);
+    QCOMPARE(paintedColumns(inContext(plot.chart), 49), QString("0-198"));
 }
 
 void tst_glStripChart::takesANewColourAtTheNextDraw()
@@ -1683,6 +1818,7 @@ int main(int argc, char** argv)
         argc, argv, tests,
         {{"simple curves in a gl chart", showSimpleCurvesInAGlChart},
          {"vendor and choice", tellVendorAndChoice},
+         {"sizes on a dense display", tellSizesOnADenseDisplay},
          {"three charts", makeThreeCharts},
          {"three charts in the core profile", makeThreeChartsInTheCoreProfile}});
 }

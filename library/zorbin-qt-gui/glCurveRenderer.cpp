@@ -80,6 +80,12 @@ glCurveRenderer_t::~glCurveRenderer_t()
 
 void glCurveRenderer_t::draw(double xCenter, double yCenter)
 {
+    draw(xCenter, yCenter, std::numeric_limits<double>::infinity());
+}
+
+// Draws what is no further than reach, in seconds, from the centre; whole segments of it.
+void glCurveRenderer_t::draw(double xCenter, double yCenter, double reach)
+{
     if (m_chart == nullptr)
         return;
     releaseListsOfAnotherColor();
@@ -89,7 +95,7 @@ void glCurveRenderer_t::draw(double xCenter, double yCenter)
         m_outgoing.draw(outgoing, xCenter, yCenter);
         drawJoint(xCenter, yCenter);
     }
-    drawSegments(xCenter, yCenter);
+    drawSegments(xCenter, yCenter, reach);
     const auto incoming = static_cast<unsigned>(m_d->incomingCount);
     if (incoming > 0) {
         m_incoming.fill(*m_d, static_cast<unsigned>(m_d->points.size()) - incoming, incoming);
@@ -98,13 +104,8 @@ void glCurveRenderer_t::draw(double xCenter, double yCenter)
     calcSegmentThreshold();
 }
 
-void glCurveRenderer_t::drawSegments(double xCenter, double yCenter)
+void glCurveRenderer_t::drawSegments(double xCenter, double yCenter, double reach)
 {
-    // Segments that end before or begin behind what is in view, by some pixels, would draw nothing.
-    // A span that isn't positive, as long as the bounds are set reversed, leaves none out.
-    const double span = m_chart->visibleSpan();
-    const double reach = span > 0.0 ? span * 0.5 + span * 4.0 / std::max(1, m_chart->width())
-                                    : std::numeric_limits<double>::infinity();
     auto first = static_cast<unsigned>(m_d->outgoingCount);
     for (const segment_t* const segment : m_d->segments) {
         const unsigned last = first + segment->size;
@@ -345,13 +346,19 @@ void glCurveRenderer_t::loosePoints_t::fill(const stripChartCurveData_t& data, u
     const float opacity = isDrawn(before, reference) ? alpha : 0.0F;
     add(before, opacity);
     add(reference, opacity);
-    for (unsigned i = first + 1; i < first + count; ++i) {
+    const auto opacityTo = [&](unsigned i) {
         const point_t& from = data.points[i - 1];
         const point_t& to = data.points[i];
         const bool isGap = to.time - from.time > threshold;
-        const float lineOpacity = !isDrawn(from, to) ? 0.0F : isGap ? alpha * 0.25F : alpha;
-        add(to, lineOpacity);
-        add(to, lineOpacity);
+        return !isDrawn(from, to) ? 0.0F : isGap ? alpha * 0.25F : alpha;
+    };
+    const unsigned end = first + count;
+    float arriving = first + 1 < end ? opacityTo(first + 1) : alpha;
+    for (unsigned i = first + 1; i < end; ++i) {
+        const float leaving = i + 1 < end ? opacityTo(i + 1) : arriving;
+        add(data.points[i], arriving);
+        add(data.points[i], leaving);
+        arriving = leaving;
     }
 }
 

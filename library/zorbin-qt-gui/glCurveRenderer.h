@@ -86,7 +86,8 @@ private:
 
     void releaseLists();
     void releaseListsOfAnotherColor();
-    void drawSegments(double xCenter, double yCenter);
+    void draw(double xCenter, double yCenter, double reach);
+    void drawSegments(double xCenter, double yCenter, double reach);
     void drawJoint(double xCenter, double yCenter) const;
 
     // By segment id; null where there is no list (yet).

@@ -7,6 +7,7 @@
 
 #include <QOpenGLContext>
 #include <QPointer>
+#include <algorithm>
 #include <limits>
 #include <qopengl.h>
 
@@ -74,26 +75,26 @@ void glStripChartWidget_t::initializeGL()
     glEnable(GL_BLEND);
     glBlendFunc(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA);
     glShadeModel(GL_FLAT); // every line has one colour
-    setUpView();           // a new context needn't come with a new size
+    setUpView(size());     // a new context needn't come with a new size
 }
 
-// The arguments are logical or device pixels, depending on the Qt version; the widget knows both.
-void glStripChartWidget_t::resizeGL(int /*width*/, int /*height*/)
+void glStripChartWidget_t::resizeGL(int width, int height)
 {
+    const QSize size = resizedGl(QSize(width, height), devicePixelRatioF());
     if (makeOwnContextCurrent())
-        setUpView();
-    m_impl->updateSize(static_cast<unsigned>(width()), static_cast<unsigned>(height()));
+        setUpView(size);
+    m_impl->updateSize(static_cast<unsigned>(size.width()), static_cast<unsigned>(size.height()));
 }
 
-// Makes coordinates pixels, counted from the widget's centre.
-void glStripChartWidget_t::setUpView()
+// Makes coordinates pixels of a widget of that size, counted from its centre.
+void glStripChartWidget_t::setUpView(QSize size)
 {
-    const double scale = devicePixelRatioF();
-    glViewport(0, 0, qRound(width() * scale), qRound(height() * scale));
+    const QSize devicePixels = size * devicePixelRatioF();
+    glViewport(0, 0, devicePixels.width(), devicePixels.height());
     glMatrixMode(GL_PROJECTION);
     glLoadIdentity();
-    const double halfWidth = width() * 0.5;
-    const double halfHeight = height() * 0.5;
+    const double halfWidth = size.width() * 0.5;
+    const double halfHeight = size.height() * 0.5;
     glOrtho(-halfWidth, halfWidth, -halfHeight, halfHeight, -1.0, 1.0);
     glMatrixMode(GL_MODELVIEW);
 }
@@ -106,6 +107,7 @@ void glStripChartWidget_t::paintGL()
     glMatrixMode(GL_MODELVIEW);
     glLoadIdentity();
     glScaled(m_impl->xScaleFactor(), m_impl->yScaleFactor(), 1.0);
+    const double reach = visibleReach();
     const std::set<stripChartCurve_t*> curves = m_impl->curves();
     for (stripChartCurve_t* const curve : curves) {
         // Curves have renderers of the back end that the process has chosen; a chart that was made
@@ -114,7 +116,7 @@ void glStripChartWidget_t::paintGL()
         if (renderer == nullptr)
             continue;
         glPushMatrix();
-        renderer->draw(m_impl->xCenter(), m_impl->yCenter());
+        renderer->draw(m_impl->xCenter(), m_impl->yCenter(), reach);
         glPopMatrix();
     }
     publishPointerPos();
@@ -156,10 +158,13 @@ void glStripChartWidget_t::releaseLists()
         renderer->releaseLists();
 }
 
-// How many seconds are in view.
-double glStripChartWidget_t::visibleSpan() const
+// How many seconds from the centre something may be seen: half of what is in view, and some pixels.
+// A span that isn't positive, as long as the bounds are set reversed, leaves nothing out.
+double glStripChartWidget_t::visibleReach() const
 {
-    return width() / m_impl->xScaleFactor();
+    const double span = width() / m_impl->xScaleFactor();
+    return span > 0.0 ? span * 0.5 + span * 4.0 / std::max(1, width())
+                      : std::numeric_limits<double>::infinity();
 }
 
 } // namespace zorbin_qt_gui

@@ -39,7 +39,7 @@ protected:
     void mouseMoveEvent(QMouseEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
     void initializeGL() override;                  ///< takes the canvas colour
-    void resizeGL(int width, int height) override; ///< tells the chart the size of the widget
+    void resizeGL(int width, int height) override; ///< sets up the view and tells the chart
     void paintGL() override;                       ///< draws all curves
 
 private:
@@ -47,9 +47,9 @@ private:
 
     void publishPointerPos();
     bool makeOwnContextCurrent();
-    void setUpView();
+    void setUpView(QSize size);
     void releaseLists();
-    double visibleSpan() const;
+    double visibleReach() const;
 
     glStripChartImpl_t* const m_impl; // the creating implementation, which owns this
     double m_lastPointerX = 0.0;      // widget pixels

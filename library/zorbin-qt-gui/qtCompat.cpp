@@ -6,6 +6,7 @@
 #include <QOpenGLContext>
 #include <QPainter>
 #include <QXmlStreamReader>
+#include <cmath>
 #if QT_VERSION >= QT_VERSION_CHECK(6, 0, 0)
 #include <QGuiApplication>
 #include <QOffscreenSurface>
@@ -143,6 +144,11 @@ QOpenGLContext* glContextOf(const QWidget& glWidget)
     return context != nullptr && hasFixedFunctions(*context) ? context : nullptr;
 }
 
+QSize resizedGl(QSize told, double /*ratio*/)
+{
+    return told;
+}
+
 // The offscreen platform may have contexts, but crashes in Qt 6.4 as soon as a window is to show
 // what a QOpenGLWidget drew.
 std::string glVendor()
@@ -174,6 +180,16 @@ void glWidgetBase_t::paintEvent(QPaintEvent* event)
     setAutoBufferSwap(true);
     const QImage picture = grabFrameBuffer();
     QPainter(this).drawImage(rect(), picture);
+}
+
+// QGLWidget counts device pixels and drops fractions of them.
+QSize resizedGl(QSize told, double ratio)
+{
+    constexpr double rounding = 1e-6; // far less than a pixel, far more than the division's
+    const auto pixels = [=](int device) {
+        return static_cast<int>(std::ceil(device / ratio - rounding));
+    };
+    return {pixels(told.width()), pixels(told.height())};
 }
 
 QOpenGLContext* glContextOf(const QWidget& glWidget)

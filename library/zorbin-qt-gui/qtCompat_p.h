@@ -1,5 +1,6 @@
 #pragma once
 #include <QMouseEvent>
+#include <QSize>
 #include <string>
 
 class QByteArray;
@@ -27,6 +28,9 @@ QString xmlText(const QByteArray& file);
 /// The least size that the application asks for of all widgets.
 QSize globalStrut();
 
+/// What resizeGL() of a glWidgetBase_t is told, in pixels of the widget; \p ratio is how many
+/// device pixels make one.
+QSize resizedGl(QSize told, double ratio);
 /// The context of a glWidgetBase_t; null as long as it has none with the fixed-function OpenGL.
 QOpenGLContext* glContextOf(const QWidget& glWidget);
 /// What such a context says of its vendor; empty if none can be had.
