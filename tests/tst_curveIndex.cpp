@@ -24,6 +24,8 @@ private Q_SLOTS:
     void listsBreaksAfreshWhenTheQueueChangesBehindItsBack_data();
     void listsBreaksAfreshWhenTheQueueChangesBehindItsBack();
     void noticesWhatNoLongerFits();
+    void comparesColoursAsQtDoes();
+    void comparesNoPadding();
     void searchesTreatNanAsNoBound();
     void searchesFindEveryPlace();
 };
@@ -189,6 +191,58 @@ void tst_curveIndex::noticesWhatNoLongerFits()
     QVERIFY(index.isConsistent(points));
     points.pop_back();
     QVERIFY(!index.isConsistent(points));
+}
+
+void tst_curveIndex::comparesColoursAsQtDoes()
+{
+    QList<QColor> colors{QColor(),
+                         QColor(Qt::black),
+                         QColor(0, 0, 0, 0),
+                         QColor(10, 20, 30),
+                         QColor(10, 20, 30, 40),
+                         QColor(10, 20, 31),
+                         QColor(QRgba64::fromRgba64(2570, 5140, 7711, 65535)),
+                         QColor::fromHsv(0, 0, 0),
+                         QColor::fromHsv(-1, 0, 0),
+                         QColor::fromHsv(359, 100, 200),
+                         QColor::fromHsl(0, 0, 0),
+                         QColor::fromHsl(120, 100, 200),
+                         QColor::fromHslF(0.334F, 0.392F, 0.784F),
+                         QColor::fromHsl(120, 100, 255),
+                         QColor::fromHsl(120, 250, 255),
+                         QColor::fromCmyk(1, 2, 3, 4),
+                         QColor::fromCmyk(1, 2, 3, 5),
+                         QColor::fromRgbF(2.0, 0.5, 0.25),
+                         QColor::fromRgbF(2.0, 0.5, 0.25, 0.5),
+                         QColor::fromRgbF(-1.0, 0.5, 0.25),
+                         QColor::fromRgbF(10.0, infinity, 0.25),
+                         QColor::fromRgbF(2.0, notANumber, 0.25),
+                         QColor(10, 20, 30).toExtendedRgb()};
+    random_t random(24);
+    for (int i = 0; i < 100; ++i) {
+        const auto part = [&] { return random.integer(0, 2) * 120; };
+        const QColor rgb(part(), part(), part(), 255 - random.integer(0, 1));
+        colors << rgb.convertTo(random.oneOf<QColor::Spec>(
+            {QColor::Rgb, QColor::Hsv, QColor::Cmyk, QColor::Hsl, QColor::ExtendedRgb}));
+    }
+    for (const QColor& a : colors) {
+        for (const QColor& b : colors)
+            QCOMPARE(sameColor(a, b), a == b);
+        QCOMPARE(sameColor(a, QColor(a)), a == a);
+    }
+}
+
+// What lies behind the parts of a colour is never written.
+void tst_curveIndex::comparesNoPadding()
+{
+    alignas(QColor) unsigned char first[sizeof(QColor)];
+    alignas(QColor) unsigned char second[sizeof(QColor)];
+    std::fill(std::begin(first), std::end(first), '\xAA');
+    std::fill(std::begin(second), std::end(second), '\x55');
+    const auto* const a = new (first) QColor(10, 20, 30, 40);
+    const auto* const b = new (second) QColor(10, 20, 30, 40);
+    QVERIFY(*a == *b);
+    QVERIFY(sameColor(*a, *b));
 }
 
 void tst_curveIndex::searchesTreatNanAsNoBound()

@@ -3,6 +3,7 @@
 #include "stripChartCurveRenderer.h"
 
 #include <cstring>
+#include <type_traits>
 
 namespace zorbin_qt_gui {
 namespace {
@@ -26,9 +27,14 @@ quint64 curveIndex_t::s_windowChanges = 0;
 
 bool sameColor(const QColor& a, const QColor& b)
 {
-    return std::memcmp(static_cast<const void*>(&a), static_cast<const void*>(&b),
-                       sizeof(QColor)) == 0 ||
-           a == b;
+    // A QColor is its kind and five parts; what follows them in memory is never written.
+    constexpr size_t fields = sizeof(QColor::Spec) + 5 * sizeof(ushort);
+    static_assert(std::is_standard_layout_v<QColor> && sizeof(QColor) >= fields &&
+                  sizeof(QColor) - fields < alignof(QColor));
+    const bool hasSameFields =
+        std::memcmp(static_cast<const void*>(&a), static_cast<const void*>(&b), fields) == 0;
+    // Parts of an extended colour may be NaN or infinite, and then it doesn't equal itself.
+    return (hasSameFields && a.spec() != QColor::ExtendedRgb) || a == b;
 }
 
 void curveIndex_t::level_t::dropBefore(quint64 block)

@@ -34,7 +34,7 @@ struct extremes_t
     }
 };
 
-/// Whether two colours are the same, decided without a call for the common case of equal bytes.
+/// Whether a == b, decided without a call for the common case of equal fields.
 bool sameColor(const QColor& a, const QColor& b);
 
 /// Search aids over a curve's point queue, so that neither autoscale nor a repaint has to visit
