@@ -13,10 +13,12 @@
 #include <cmath>
 #include <cstdint>
 #include <deque>
+#include <memory>
 #include <simpleStripChartImpl.h>
 #include <stripChart.h>
 #include <stripChartCurve.h>
 #include <stripChartImpl.h>
+#include <vector>
 
 using namespace zorbin_qt_gui;
 
@@ -213,6 +215,35 @@ void autoscaleAfterMove(benchmark::State& state)
     impl.removeCurve(&full.curve);
 }
 BENCHMARK(autoscaleAfterMove)->RangeMultiplier(10)->Range(1000, 900000);
+
+// The first point to each of so many autoscaling curves, every one beyond all before.
+void addFirstPoints(benchmark::State& state)
+{
+    const std::int64_t count = state.range(0);
+    bool isRight = true;
+    for (auto _ : state) {
+        state.PauseTiming();
+        auto impl = std::make_unique<simpleStripChartImpl_t>();
+        impl->updateSize(1000, 400);
+        std::vector<stripChartCurve_t*> curves; // the chart's
+        for (std::int64_t i = 0; i < count; ++i) {
+            curves.push_back(new stripChartCurve_t);
+            impl->addCurve(curves.back());
+        }
+        state.ResumeTiming();
+        double value = 10.0;
+        for (stripChartCurve_t* const curve : curves)
+            curve->addPoint(-1.0, value++);
+        state.PauseTiming();
+        isRight = isRight && impl->maxValueBound() >= value - 1.0;
+        impl.reset();
+        state.ResumeTiming();
+    }
+    if (!isRight)
+        state.SkipWithError("the bounds don't fit the data");
+    state.SetItemsProcessed(count * state.iterations());
+}
+BENCHMARK(addFirstPoints)->RangeMultiplier(10)->Range(10, 10000);
 
 const int teethInView = 6; // where the picture must not depend on the number of points
 

@@ -1,9 +1,11 @@
 #include "childProcess.h"
+#include "curveIndex_p.h"
 #include "glStripChartImpl.h"
 #include "messageRecorder.h"
 #include "paintLog.h"
 #include "pictures.h"
 #include "plainChart.h"
+#include "randomNumbers.h"
 #include "recordingRenderer.h"
 #include "simpleStripChartImpl.h"
 #include "stripChart.h"
@@ -156,6 +158,7 @@ private Q_SLOTS:
     void reversesTheBoundsBelowTwiceTheMargin();
     void keepsTheBoundsAtAUsableHeightOfZero();
     void survivesExtremeValues();
+    void fitsTheCurvesThatAreThereAtRandom();
     void appliesTheMarginAtTheNextRecalculation();
     void announcesAnotherCanvasColourOnce();
     void keepsTheCanvasColourSilently();
@@ -955,6 +958,78 @@ void tst_stripChart::survivesExtremeValues()
     impl.recalculateBounds();
     QCOMPARE(impl.minValueBound(), 5.0 - 1.272);
     QCOMPARE(impl.maxValueBound(), 5.0 + 1.272);
+}
+
+// Up to thirty curves come and go, get points and lose them; after each step the bounds are those
+// of the rule.
+void tst_stripChart::fitsTheCurvesThatAreThereAtRandom()
+{
+    random_t random(26);
+    bareChartImpl_t impl;
+    std::vector<std::unique_ptr<stripChartCurve_t>> outside;
+    double now = 0.0;
+    const auto anyOf = [&](const std::set<stripChartCurve_t*>& curves) {
+        return *std::next(curves.begin(), random.integer(0, static_cast<int>(curves.size()) - 1));
+    };
+    impl.updateSize(100, 106); // 100 pixels usable
+    double min = impl.minValueBound();
+    double max = impl.maxValueBound();
+    double scale = impl.yScaleFactor();
+    for (int step = 0; step < 3000; ++step) {
+        const std::set<stripChartCurve_t*> curves = impl.curves();
+        now += 0.1;
+        const int action = curves.empty() ? 0 : random.integer(0, 15);
+        if (action == 0 && curves.size() < 30) {
+            impl.addCurve(outside.empty() ? new stripChartCurve_t : outside.back().release());
+            if (!outside.empty())
+                outside.pop_back();
+        } else if (action == 1 && random.chance(0.4)) {
+            stripChartCurve_t* const curve = anyOf(curves);
+            impl.removeCurve(curve);
+            outside.emplace_back(curve);
+        } else if (action == 2 && random.chance(0.4)) {
+            delete anyOf(curves);
+        } else if (action == 3) {
+            anyOf(curves)->clear();
+        } else if (!curves.empty()) {
+            anyOf(curves)->addPoint(now, random.real(-5.0, 5.0) * (action == 4 ? 10.0 : 1.0));
+        }
+        const double from = now - (random.chance(0.2) ? 7.0 : 5.0);
+        if (random.chance(0.5))
+            impl.timeBounds(from, now);
+        else
+            impl.recalculateBounds();
+
+        extremes_t extent;
+        for (stripChartCurve_t* const curve : impl.curves()) {
+            const auto& points = record(*curve).points;
+            if (points.empty())
+                extent.include(0.0);
+            for (const auto& point : points) {
+                if (point.time >= impl.minTimeBound() && point.time <= impl.maxTimeBound())
+                    extent.include(point.value);
+            }
+        }
+        if (extent.min > extent.max)
+            extent = {0.0, 0.0};
+        if (extent.max - extent.min < 2.0) {
+            const double middle = (extent.max + extent.min) * 0.5;
+            extent = {middle - 1.0, middle + 1.0};
+        }
+        const double range = extent.max - extent.min;
+        if (extent.min < min || extent.max > max || std::trunc(scale * range) < 50.0) {
+            const double middle = (extent.max + extent.min) * 0.5;
+            const double half = 0.5 * 106.0 * (1.2 * range / 100.0);
+            min = middle - half;
+            max = middle + half;
+        }
+        scale = 106.0 / (max - min);
+        QVERIFY2(impl.minValueBound() == min && impl.maxValueBound() == max,
+                 qPrintable(
+                     QStringLiteral("step %1: %2")
+                         .arg(step)
+                         .arg(boundsSignal("bounds", impl.minValueBound(), impl.maxValueBound()))));
+    }
 }
 
 void tst_stripChart::appliesTheMarginAtTheNextRecalculation()

@@ -4,6 +4,7 @@
 
 #include <cstring>
 #include <type_traits>
+#include <utility>
 
 namespace zorbin_qt_gui {
 namespace {
@@ -23,8 +24,6 @@ bool isSpecial(const point_t& earlier, const point_t& later, double threshold)
 
 } // namespace
 
-quint64 curveIndex_t::s_windowChanges = 0;
-
 bool sameColor(const QColor& a, const QColor& b)
 {
     // A QColor is its kind and five parts; what follows them in memory is never written.
@@ -35,6 +34,19 @@ bool sameColor(const QColor& a, const QColor& b)
         std::memcmp(static_cast<const void*>(&a), static_cast<const void*>(&b), fields) == 0;
     // Parts of an extended colour may be NaN or infinite, and then it doesn't equal itself.
     return (hasSameFields && a.spec() != QColor::ExtendedRgb) || a == b;
+}
+
+curveIndex_t::~curveIndex_t()
+{
+    for (watcher_t* const watcher : std::exchange(m_watchers, {}))
+        watcher->indexEnds();
+}
+
+void curveIndex_t::unwatch(watcher_t* watcher)
+{
+    const auto found = std::find(m_watchers.begin(), m_watchers.end(), watcher);
+    if (found != m_watchers.end())
+        m_watchers.erase(found);
 }
 
 void curveIndex_t::level_t::dropBefore(quint64 block)

@@ -6,6 +6,7 @@
 #include <cmath>
 #include <deque>
 #include <limits>
+#include <vector>
 
 namespace zorbin_qt_gui {
 
@@ -50,6 +51,29 @@ class curveIndex_t
 public:
     using points_t = std::deque<stripChartCurve_t::point_t>;
 
+    /// Whoever keeps extremes that were asked for, and wants to know when they are out of date.
+    class watcher_t
+    {
+    public:
+        /// The extremes of the window may no longer be the same as when they were asked for last.
+        virtual void extremesChanged() = 0;
+        /// The index is being destroyed.
+        virtual void indexEnds() = 0;
+
+    protected:
+        ~watcher_t() = default;
+    };
+
+    curveIndex_t() = default;
+    ~curveIndex_t();
+    curveIndex_t(const curveIndex_t&) = delete;
+    curveIndex_t& operator=(const curveIndex_t&) = delete;
+
+    /// Tells \p watcher, which isn't told yet, from now on.
+    void watch(watcher_t* watcher) { m_watchers.push_back(watcher); }
+    /// Tells \p watcher no longer.
+    void unwatch(watcher_t* watcher);
+
     /// Extremes over the points [first, last), by index into \p points.
     extremes_t extremes(const points_t& points, size_t first, size_t last);
 
@@ -88,25 +112,21 @@ public:
     void remember(const window_t& window)
     {
         m_window = window;
-        ++s_windowChanges;
+        tellWatchers();
     }
     /// Forgets it.
     void forgetWindow()
     {
         m_window.known = false;
-        ++s_windowChanges;
+        tellWatchers();
     }
-
-    /// Grows whenever the extremes remembered by any curve may no longer be the same: as long as it
-    /// stands still, asking all of them again for the same window gives the same.
-    static quint64 windowChanges() { return s_windowChanges; }
 
     /// Tells that a newest point was appended: it widens the window's extremes if it lies inside.
     void pointAdded(double time, double value)
     {
         const bool isInside = m_window.from <= time && time <= m_window.to;
         if (!m_window.known || (isInside && m_window.extremes.include(value)))
-            ++s_windowChanges;
+            tellWatchers();
     }
     /// Tells that blocks of points were summarised or dissolved whose times reach up to \p time.
     void blocksChanged(double time)
@@ -130,8 +150,11 @@ private:
     static constexpr quint64 leafSize = 64; // points in a block of the lowest level
     static constexpr quint64 fanOut = 16;   // blocks of one level in a block of the next
 
-    static quint64 s_windowChanges; // GUI thread only, as all that changes it
-
+    void tellWatchers() const
+    {
+        for (watcher_t* const watcher : m_watchers)
+            watcher->extremesChanged();
+    }
     void startAfresh();
     void followPoints(const points_t& points);
 
@@ -141,6 +164,7 @@ private:
     double m_leafTime = 0.0; // time of the last point covered by the lowest level
 
     window_t m_window;
+    std::vector<watcher_t*> m_watchers; // one for each chart that the curve is in
 
     std::deque<quint64> m_breaks; // numbers, ascending
     quint64 m_breaksEnd = 0;      // lines below this number were examined

@@ -1,6 +1,6 @@
 #include "stripChartImpl.h"
 
-#include "curveIndex_p.h"
+#include "curveExtents_p.h"
 #include "glCurveRenderer.h"
 #include "glStripChartImpl.h"
 #include "numbers_p.h"
@@ -36,7 +36,8 @@ std::string chooseImplementationType()
 } // namespace
 
 stripChartImpl_t::stripChartImpl_t(QObject* parent)
-    : QObject(parent), m_color(QApplication::palette().color(QPalette::Window))
+    : QObject(parent), m_color(QApplication::palette().color(QPalette::Window)),
+      m_extents(std::make_unique<curveExtents_t>())
 {
 }
 
@@ -46,7 +47,7 @@ stripChartImpl_t::~stripChartImpl_t()
     // Deleting a curve may delete others with it, its children for one; those leave the set by
     // cleanupCurve().
     for (stripChartCurve_t* curve : curves()) {
-        if (m_curves.erase(curve) != 0)
+        if (removeCurve(curve))
             delete curve;
     }
 }
@@ -79,6 +80,7 @@ bool stripChartImpl_t::addCurve(stripChartCurve_t* curve)
 {
     if (curve == nullptr || m_isEnding || !m_curves.insert(curve).second)
         return false;
+    m_extents->add(*curve->m_d);
     m_isSettled = false;
     curve->renderer()->chart(widget());
     connect(curve, &QObject::destroyed, this, &stripChartImpl_t::cleanupCurve);
@@ -89,6 +91,7 @@ bool stripChartImpl_t::removeCurve(stripChartCurve_t* curve)
 {
     if (m_curves.erase(curve) == 0)
         return false;
+    m_extents->remove(*curve->m_d);
     m_isSettled = false;
     disconnect(curve, &QObject::destroyed, this, &stripChartImpl_t::cleanupCurve);
     return true;
@@ -259,13 +262,10 @@ bool stripChartImpl_t::recalculateBounds()
 
 bool stripChartImpl_t::autoscale()
 {
-    if (m_isSettled && m_settledChanges == curveIndex_t::windowChanges())
+    if (m_isSettled && m_extents->isCurrent())
         return true;
 
-    // Data extent in the visible time window.
-    extremes_t extent;
-    for (const stripChartCurve_t* curve : m_curves)
-        extent.include(windowExtremes(*curve->m_d, m_timeMin, m_timeMax));
+    extremes_t extent = m_extents->over(m_timeMin, m_timeMax);
     if (extent.min > extent.max)
         extent = {0.0, 0.0};
     double low = extent.min;
@@ -298,7 +298,6 @@ bool stripChartImpl_t::autoscale()
     const double scale = m_height / (newMax - newMin);
     const bool isSame = newMin == m_valueMin && newMax == m_valueMax;
     m_isSettled = isSame && center == m_yCenter && scale == m_yScale;
-    m_settledChanges = curveIndex_t::windowChanges();
     m_yCenter = center;
     m_yScale = scale;
     if (isSame)

@@ -3,12 +3,14 @@
 
 #include <QColor>
 #include <QObject>
+#include <memory>
 #include <set>
 #include <string>
 
 class QWidget;
 
 namespace zorbin_qt_gui {
+class curveExtents_t;
 class stripChartCurve_t;
 class stripChartCurveRenderer_t;
 struct stripChartCurveData_t;
@@ -135,6 +137,6 @@ private:
     // While set, and as long as no curve's extremes change, autoscaling changes nothing: the last
     // time it did not, and nothing else that it looks at was touched since.
     bool m_isSettled = false;
-    quint64 m_settledChanges = 0; // curveIndex_t::windowChanges() at that time
+    const std::unique_ptr<curveExtents_t> m_extents; // of m_curves, over the time window
 };
 } // namespace zorbin_qt_gui
