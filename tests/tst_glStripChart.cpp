@@ -290,6 +290,21 @@ QString paintedColumns(const QImage& picture, int row)
 
 Q_DECLARE_METATYPE(chartUse_t)
 
+/// Deletes what it is given, from a slot.
+class deleter_t : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit deleter_t(QObject* object) : m_object(object) {}
+
+public Q_SLOTS:
+    void deleteIt() { delete m_object; }
+
+private:
+    const QPointer<QObject> m_object;
+};
+
 class tst_glStripChart : public QObject
 {
     Q_OBJECT
@@ -369,6 +384,10 @@ private Q_SLOTS:
     void hasForgottenACurveBeforeItsEndIsAnnounced_data();
     void hasForgottenACurveBeforeItsEndIsAnnounced();
     void repaintsWhenACurveIsDeleted();
+    void mayBeDeletedLaterBySlotsOfItsSignals_data();
+    void mayBeDeletedLaterBySlotsOfItsSignals();
+    void losesACurveToSlotsOfSignalsByQt_data();
+    void losesACurveToSlotsOfSignalsByQt();
     void leavesNothingBehindAfterAHundredCharts();
     void survivesChangesAtRandom();
 
@@ -1582,6 +1601,108 @@ void tst_glStripChart::repaintsWhenACurveIsDeleted()
     paints.take();
     delete plot.curve;
     QCOMPARE(paints.take(), QRegion(0, 0, 300, 100));
+}
+
+// What makes Qt have a chart send signals while it is at work on it.
+static void causesOfSignals()
+{
+    QTest::addColumn<QByteArray>("signal");
+    QTest::addColumn<chartUse_t>("use");
+    QTest::addColumn<bool>("isShown");    // before the use
+    QTest::addColumn<bool>("isPainting"); // which takes a context
+    const QByteArray mouse = SIGNAL(mousePos(double, double));
+    const QByteArray value = SIGNAL(valueBoundsChanged(double, double));
+    const chartUse_t show = [](stripChart_t* chart) { chart->window()->show(); };
+    const auto canvas = [](stripChart_t* chart) { return &canvasOf(*chart); };
+    QTest::newRow("the first repaint") << mouse << show << false << true;
+    QTest::newRow("the first size") << value << show << false << false;
+    const auto row = [](const char* name, const QByteArray& signal, bool isPainting,
+                        const chartUse_t& use) {
+        QTest::newRow(name) << signal << use << true << isPainting;
+    };
+    row("scrolling", mouse, true, [](stripChart_t* chart) { chart->scrollTime(3.0); });
+    row("a jump", mouse, true, [](stripChart_t* chart) { chart->scrollTime(90.0); });
+    row("a repaint at once", mouse, true, [=](stripChart_t* chart) { canvas(chart)->repaint(); });
+    row("a picture", mouse, true, [](stripChart_t* chart) { chart->grab(); });
+    row("the pointer", mouse, false, [=](stripChart_t* chart) {
+        QMouseEvent move(QEvent::MouseMove, QPointF(60, 20),
+                         canvas(chart)->mapToGlobal(QPoint(60, 20)), Qt::NoButton, Qt::NoButton,
+                         Qt::NoModifier);
+        QCoreApplication::sendEvent(canvas(chart), &move);
+    });
+    row("the pointer's leaving", mouse, false, [=](stripChart_t* chart) {
+        QEvent leave(QEvent::Leave);
+        QCoreApplication::sendEvent(canvas(chart), &leave);
+    });
+    row("another size", value, false,
+        [](stripChart_t* chart) { chart->window()->resize(200, 400); });
+}
+
+void tst_glStripChart::mayBeDeletedLaterBySlotsOfItsSignals_data()
+{
+    causesOfSignals();
+}
+
+void tst_glStripChart::mayBeDeletedLaterBySlotsOfItsSignals()
+{
+    QFETCH(QByteArray, signal);
+    QFETCH(chartUse_t, use);
+    QFETCH(bool, isPainting);
+    QFETCH(bool, isShown);
+    if (isPainting)
+        REQUIRE_CONTEXT();
+    for (const bool isWindow : {true, false}) {
+        QWidget parent;
+        QVBoxLayout layout(&parent);
+        const QPointer<stripChart_t> chart = new stripChart_t(nullptr);
+        if (!isWindow)
+            layout.addWidget(chart);
+        auto* const curve = new stripChartCurve_t(nullptr);
+        chart->addCurve(curve);
+        curve->addPoints({{-10.0, 100.0, Qt::red}, {-5.0, 200.0, Qt::red}});
+        chart->window()->resize(200, 100);
+        if (isShown) {
+            chart->window()->show();
+            QVERIFY(QTest::qWaitForWindowExposed(chart->window()));
+        }
+        connect(chart, signal.constData(), chart, SLOT(deleteLater()));
+        use(chart);
+        QTRY_VERIFY(!chart);
+        parent.grab();
+    }
+}
+
+void tst_glStripChart::losesACurveToSlotsOfSignalsByQt_data()
+{
+    causesOfSignals();
+}
+
+void tst_glStripChart::losesACurveToSlotsOfSignalsByQt()
+{
+    QFETCH(QByteArray, signal);
+    QFETCH(chartUse_t, use);
+    QFETCH(bool, isPainting);
+    QFETCH(bool, isShown);
+    if (isPainting)
+        REQUIRE_CONTEXT();
+    stripChart_t chart(nullptr);
+    const QPointer<stripChartCurve_t> curve = new stripChartCurve_t(nullptr);
+    auto* const other = new stripChartCurve_t(nullptr);
+    for (stripChartCurve_t* const added : {curve.data(), other}) {
+        chart.addCurve(added);
+        added->addPoints({{-10.0, 100.0, Qt::red}, {-5.0, 200.0, Qt::red}});
+    }
+    chart.resize(200, 100);
+    if (isShown) {
+        chart.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&chart));
+    }
+    deleter_t deleter(curve);
+    connect(&chart, signal.constData(), &deleter, SLOT(deleteIt()));
+    use(&chart);
+    QTRY_VERIFY(!curve);
+    QCOMPARE(implOf(chart).curves(), std::set<stripChartCurve_t*>{other});
+    chart.grab();
 }
 
 void tst_glStripChart::leavesNothingBehindAfterAHundredCharts()

@@ -16,6 +16,7 @@
 #include <QGridLayout>
 #include <QLabel>
 #include <QLayout>
+#include <QMouseEvent>
 #include <QPointer>
 #include <QRegularExpression>
 #include <QSignalSpy>
@@ -186,6 +187,10 @@ private Q_SLOTS:
     void givesACurveBackAmidItsEnd();
     void mayBeDeletedBySlotsOfItsSignals_data();
     void mayBeDeletedBySlotsOfItsSignals();
+    void mayBeDeletedLaterBySlotsOfItsSignals_data();
+    void mayBeDeletedLaterBySlotsOfItsSignals();
+    void losesACurveToSlotsOfSignalsByQt_data();
+    void losesACurveToSlotsOfSignalsByQt();
     void losesACurveToSlotsOfItsSignals_data();
     void losesACurveToSlotsOfItsSignals();
 
@@ -1394,6 +1399,99 @@ void tst_stripChart::mayBeDeletedBySlotsOfItsSignals()
     connect(chart, signal.constData(), &deleter, SLOT(deleteIt()));
     use(chart);
     QVERIFY(!chart);
+}
+
+// What makes Qt have a chart send signals while it is at work on it.
+static void causesOfSignals()
+{
+    QTest::addColumn<QByteArray>("signal");
+    QTest::addColumn<chartUse_t>("use");
+    QTest::addColumn<bool>("isShown"); // before the use
+    const QByteArray mouse = SIGNAL(mousePos(double, double));
+    const QByteArray value = SIGNAL(valueBoundsChanged(double, double));
+    const chartUse_t show = [](stripChart_t* chart) { chart->window()->show(); };
+    const auto canvas = [](stripChart_t* chart) { return implOf(*chart).widget(); };
+    QTest::newRow("the first repaint") << mouse << show << false;
+    QTest::newRow("the first size") << value << show << false;
+    const auto row = [](const char* name, const QByteArray& signal, const chartUse_t& use) {
+        QTest::newRow(name) << signal << use << true;
+    };
+    row("scrolling", mouse, [](stripChart_t* chart) { chart->scrollTime(3.0); });
+    row("a jump", mouse, [](stripChart_t* chart) { chart->scrollTime(90.0); });
+    row("a repaint at once", mouse, [=](stripChart_t* chart) { canvas(chart)->repaint(); });
+    row("a picture", mouse, [](stripChart_t* chart) { chart->grab(); });
+    row("the pointer", mouse, [=](stripChart_t* chart) {
+        QMouseEvent move(QEvent::MouseMove, QPointF(60, 20),
+                         canvas(chart)->mapToGlobal(QPoint(60, 20)), Qt::NoButton, Qt::NoButton,
+                         Qt::NoModifier);
+        QCoreApplication::sendEvent(canvas(chart), &move);
+    });
+    row("the pointer's leaving", mouse, [=](stripChart_t* chart) {
+        QEvent leave(QEvent::Leave);
+        QCoreApplication::sendEvent(canvas(chart), &leave);
+    });
+    row("another size", value, [](stripChart_t* chart) { chart->window()->resize(200, 400); });
+}
+
+void tst_stripChart::mayBeDeletedLaterBySlotsOfItsSignals_data()
+{
+    causesOfSignals();
+}
+
+void tst_stripChart::mayBeDeletedLaterBySlotsOfItsSignals()
+{
+    QFETCH(QByteArray, signal);
+    QFETCH(chartUse_t, use);
+    QFETCH(bool, isShown);
+    for (const bool isWindow : {true, false}) {
+        QWidget parent;
+        QVBoxLayout layout(&parent);
+        const QPointer<stripChart_t> chart = new stripChart_t(nullptr);
+        if (!isWindow)
+            layout.addWidget(chart);
+        auto* const curve = new stripChartCurve_t(nullptr);
+        chart->addCurve(curve);
+        curve->addPoints({{-10.0, 100.0, Qt::red}, {-5.0, 200.0, Qt::red}});
+        chart->window()->resize(200, 100);
+        if (isShown) {
+            chart->window()->show();
+            QVERIFY(QTest::qWaitForWindowExposed(chart->window()));
+        }
+        connect(chart, signal.constData(), chart, SLOT(deleteLater()));
+        use(chart);
+        QTRY_VERIFY(!chart);
+        parent.grab();
+    }
+}
+
+void tst_stripChart::losesACurveToSlotsOfSignalsByQt_data()
+{
+    causesOfSignals();
+}
+
+void tst_stripChart::losesACurveToSlotsOfSignalsByQt()
+{
+    QFETCH(QByteArray, signal);
+    QFETCH(chartUse_t, use);
+    QFETCH(bool, isShown);
+    stripChart_t chart(nullptr);
+    const QPointer<stripChartCurve_t> curve = new stripChartCurve_t(nullptr);
+    auto* const other = new stripChartCurve_t(nullptr);
+    for (stripChartCurve_t* const added : {curve.data(), other}) {
+        chart.addCurve(added);
+        added->addPoints({{-10.0, 100.0, Qt::red}, {-5.0, 200.0, Qt::red}});
+    }
+    chart.resize(200, 100);
+    if (isShown) {
+        chart.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&chart));
+    }
+    deleter_t deleter(curve);
+    connect(&chart, signal.constData(), &deleter, SLOT(deleteIt()));
+    use(&chart);
+    QTRY_VERIFY(!curve);
+    QCOMPARE(implOf(chart).curves(), std::set<stripChartCurve_t*>{other});
+    chart.grab();
 }
 
 void tst_stripChart::losesACurveToSlotsOfItsSignals_data()

@@ -21,8 +21,12 @@ class stripChartImpl_t;
 ///
 /// The chart owns the curves added to it and deletes those still in it when it is destroyed. A
 /// curve may be deleted before its chart; it then leaves the chart by itself. Where curves overlap,
-/// the one at the higher address is on top. Slots connected to the signals may delete the chart or
-/// a curve. GUI thread only.
+/// the one at the higher address is on top. GUI thread only.
+///
+/// Slots of timeBoundsChanged() and valueAutoscaleChanged() may delete the chart. Slots of
+/// mousePos() and valueBoundsChanged(), and whatever those call, must use deleteLater() for the
+/// chart and for the widgets that it is in: Qt may be painting, showing or resizing them, or be
+/// telling them that the pointer has left. Slots of all signals may delete curves.
 ///
 /// \image html stripChart.png
 class ZORBIN_QT_GUI_EXPORT stripChart_t : public QWidget
@@ -101,12 +105,14 @@ public Q_SLOTS:
 Q_SIGNALS:
     /// The time window moved: times at the left and the right edge, in seconds.
     void timeBoundsChanged(double left_, double right_);
-    /// The value window moved: values at the bottom and the top edge.
+    /// The value window moved: values at the bottom and the top edge. Also sent while the chart is
+    /// shown or resized, so slots must use deleteLater() to delete it.
     void valueBoundsChanged(double bottom_, double top_);
     /// Autoscale was switched on or off.
     void valueAutoscaleChanged(bool enabled_);
     /// The pointer is over time \p x_ and value \p y_; NaN, NaN once it has left the chart. Also
-    /// sent after each repaint, because the same pixel may then show another time.
+    /// sent at the end of each repaint, because the same pixel may then show another time. Slots
+    /// must use deleteLater() to delete the chart.
     void mousePos(double x_, double y_);
 
 private:
