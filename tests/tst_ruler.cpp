@@ -13,6 +13,7 @@
 #include <QSignalSpy>
 #include <QStyle>
 #include <QTest>
+#include <algorithm>
 #include <cmath>
 #include <functional>
 #include <limits>
@@ -87,6 +88,7 @@ public:
 
     std::string textFromValue(double value) const override
     {
+        ++labelsMade;
         if (labels == labels_t::NUMBERS)
             return ruler_t::textFromValue(value);
         return labelText(labels, same, value, numDecimals());
@@ -94,6 +96,7 @@ public:
 
     labels_t labels = labels_t::NOTHING;
     std::string same = "8";
+    mutable int labelsMade = 0;
     int paints = 0;
 
 protected:
@@ -269,6 +272,8 @@ private Q_SLOTS:
     // Ticks at a given interval.
     void laysTicksAtMultiples_data();
     void laysTicksAtMultiples();
+    void laysEveryTickUpToAMillion();
+    void laysTicksAtZeroUntilItIsShown();
     void laysNoTicks_data();
     void laysNoTicks();
     void letsLabelsTouch();
@@ -295,8 +300,16 @@ private Q_SLOTS:
     void takesANewTableWithTheNextTicks();
     void triesTheTableOnceWithoutAUsableBase_data();
     void triesTheTableOnceWithoutAUsableBase();
+    void searchesInVainOnlyOnce();
+    void keepsItsScaleForTheTicksOfAnotherEdge_data();
+    void keepsItsScaleForTheTicksOfAnotherEdge();
     void dividesIntervalsByMinorTicks_data();
     void dividesIntervalsByMinorTicks();
+    void drawsDenseMinorTicks_data();
+    void drawsDenseMinorTicks();
+    void drawsDenseMajorTicks_data();
+    void drawsDenseMajorTicks();
+    void drawsDenseTicksWhereDoublesAreCoarse();
     void drawsOnlyMajorLabels();
 
     // Painting.
@@ -620,20 +633,62 @@ void tst_ruler::laysTicksAtMultiples()
     QTEST(ticks, "wanted");
 }
 
+void tst_ruler::laysEveryTickUpToAMillion()
+{
+    stage_t stage(QSize(100, 60));
+    stage.ruler.range(0.0, 999999.0);
+    ruler_t::fit_t fit;
+    stage.ruler.calculateFit(1.0, fit);
+    QCOMPARE(fit.ticks.size(), std::size_t(1000000));
+    QCOMPARE(fit.ticks.front().pos, 0u);
+    QCOMPARE(fit.ticks[500000].pos, 50u);
+    QCOMPARE(fit.ticks.back().pos, 100u);
+    stage.ruler.range(0.0, 1000000.0);
+    stage.ruler.calculateFit(1.0, fit);
+    QCOMPARE(fit.ticks.size(), std::size_t(0));
+    QCOMPARE(fit.startTick, 0.0);
+    QCOMPARE(fit.endTick, 1000000.0);
+}
+
+void tst_ruler::laysTicksAtZeroUntilItIsShown()
+{
+    testRuler_t ruler(nullptr);
+    ruler.labels = labels_t::NUMBERS;
+    ruler.resize(100, 60);
+    ruler.range(0.0, 10.0);
+    ruler_t::fit_t fit;
+    const auto ticks = [&ruler, &fit] {
+        ruler.calculateFit(5.0, fit);
+        QStringList texts;
+        for (const ruler_t::tick_t& tick : fit.ticks)
+            texts << QStringLiteral("%1:%2").arg(tick.pos).arg(QString::fromStdString(tick.label));
+        return texts;
+    };
+    QCOMPARE(ticks(), QStringList({"0:0", "0:5", "0:10"}));
+    ruler.axisLocation(ruler_t::LEFT);
+    ruler.range(0.0, 12.0);
+    QCOMPARE(ticks(), QStringList({"0:0", "0:5", "0:10"}));
+    snapshot(ruler);
+    QCOMPARE(ticks(), QStringList({"0:0", "25:5", "50:10"}));
+}
+
 void tst_ruler::laysNoTicks_data()
 {
     QTest::addColumn<double>("start");
     QTest::addColumn<double>("end");
     QTest::addColumn<double>("interval");
-    QTest::newRow("zero interval") << 0.0 << 100.0 << 0.0;
-    QTest::newRow("negative interval") << 0.0 << 100.0 << -1.0;
-    QTest::newRow("infinite interval") << 0.0 << 100.0 << inf;
-    QTest::newRow("NaN interval") << 0.0 << 100.0 << nan_;
-    QTest::newRow("denormal interval") << 0.0 << 100.0 << 5e-324;
-    QTest::newRow("one more than two a pixel") << 0.0 << 100.0 << 0.5; // 201
-    QTest::newRow("NaN start") << nan_ << 1.0 << 1.0;
-    QTest::newRow("NaN end") << 0.0 << nan_ << 1.0;
-    QTest::newRow("infinite range") << -1e308 << 1.7e308 << 1e-5;
+    QTest::addColumn<double>("startTick");
+    QTest::addColumn<double>("endTick");
+    QTest::newRow("zero interval") << 0.0 << 100.0 << 0.0 << nan_ << nan_;
+    QTest::newRow("negative interval") << 0.0 << 100.0 << -1.0 << 0.0 << 100.0;
+    QTest::newRow("infinite interval") << 0.0 << 100.0 << inf << nan_ << nan_;
+    QTest::newRow("NaN interval") << 0.0 << 100.0 << nan_ << nan_ << nan_;
+    QTest::newRow("denormal interval") << 0.0 << 100.0 << 5e-324 << 0.0 << inf;
+    QTest::newRow("more than a million") << 0.0 << 100.0 << 5e-5 << 0.0 << 100.0;
+    QTest::newRow("2^32 - 1 steps") << 0.0 << 4294967295.0 << 1.0 << 0.0 << 4294967295.0;
+    QTest::newRow("NaN start") << nan_ << 1.0 << 1.0 << nan_ << nan_;
+    QTest::newRow("NaN end") << 0.0 << nan_ << 1.0 << 0.0 << nan_;
+    QTest::newRow("infinite range") << -1e308 << 1e308 << 1e308 << -1e308 << 1e308;
 }
 
 void tst_ruler::laysNoTicks()
@@ -642,12 +697,15 @@ void tst_ruler::laysNoTicks()
     QFETCH(double, end);
     QFETCH(double, interval);
     stage_t stage(QSize(100, 60));
+    stage.ruler.labels = labels_t::SAME; // would overlap
     stage.ruler.range(start, end);
     ruler_t::fit_t fit;
     fit.ticks.resize(3);
     stage.ruler.calculateFit(interval, fit);
     QVERIFY(fit.ticks.empty());
-    QVERIFY(!stage.ruler.labelFit(interval));
+    QTEST(fit.startTick, "startTick");
+    QTEST(fit.endTick, "endTick");
+    QVERIFY(stage.ruler.labelFit(interval));
 }
 
 void tst_ruler::letsLabelsTouch()
@@ -947,6 +1005,66 @@ void tst_ruler::triesTheTableOnceWithoutAUsableBase()
     QCOMPARE(majorColumns(stage.ruler), std::vector<int>{0});
 }
 
+void tst_ruler::searchesInVainOnlyOnce()
+{
+    stage_t stage(QSize(400, 60));
+    testRuler_t& ruler = stage.ruler;
+    ruler.labels = labels_t::SAME;
+    ruler.tickTable({{1.0, 0}}, 1.0);
+    ruler.range(0.0, 100.0);
+    ruler.labelsMade = 0;
+    QCOMPARE(majorColumns(ruler), std::vector<int>()); // overlap every 4 pixels
+    const int needed = ruler.labelsMade;
+    QVERIFY(needed > 0);
+    QCOMPARE(majorColumns(ruler), std::vector<int>());
+    QCOMPARE(ruler.labelsMade, needed);
+    // What takes effect with the next search, does so at the next paint.
+    ruler.tickTable({{25.0, 0}}, 1.0);
+    QCOMPARE(majorColumns(ruler), columns(0, 400, 100));
+    ruler.tickTable({{1.0, 0}}, 0.5);
+    ruler.range(0.0, 101.0);
+    QCOMPARE(majorColumns(ruler), std::vector<int>());
+    ruler.step(-5); // 32
+    QCOMPARE(majorColumns(ruler), columns(0, 400, 32 * 400.0 / 101.0));
+}
+
+void tst_ruler::keepsItsScaleForTheTicksOfAnotherEdge_data()
+{
+    QTest::addColumn<QSize>("size");
+    QTest::addColumn<int>("from");
+    QTest::addColumn<int>("to");
+    // The length falls to a tenth, or grows tenfold, and the scale stays.
+    QTest::newRow("shorter") << QSize(400, 40) << int(ruler_t::BOTTOM) << int(ruler_t::RIGHT);
+    QTest::newRow("longer") << QSize(40, 400) << int(ruler_t::RIGHT) << int(ruler_t::BOTTOM);
+    QTest::newRow("no edge") << QSize(400, 40) << int(ruler_t::BOTTOM) << int(nowhere);
+}
+
+void tst_ruler::keepsItsScaleForTheTicksOfAnotherEdge()
+{
+    QFETCH(QSize, size);
+    QFETCH(int, from);
+    QFETCH(int, to);
+    stage_t stage(size);
+    testRuler_t& ruler = stage.ruler;
+    ruler.axisLocation(static_cast<ruler_t::location_t>(from));
+    ruler.range(0.0, 100.0); // 4 pixels a unit
+    ruler.labels = labels_t::BY_DECIMALS;
+    ruler.labelsMade = 0;
+    ruler.axisLocation(static_cast<ruler_t::location_t>(to));
+    ruler.calculateTickPlacement();
+    QVERIFY(ruler.labelsMade > 0);
+    plainRuler_t plain(ruler.font());
+    plain.textFromValue = [&plain](double) { return std::string(plain.numDecimals() + 1, '1'); };
+    plain.setSize(size);
+    plain.setLocation(static_cast<ruler_t::location_t>(from));
+    plain.setRange(0.0, 100.0);
+    plain.setLocation(static_cast<ruler_t::location_t>(to));
+    plain.prepareToPaint();
+    QVERIFY(plain.ticks().size() > 40);
+    QCOMPARE(firstDifference(snapshot(ruler), plain.drawnOn(blank(ruler), ruler.palette())),
+             QString());
+}
+
 void tst_ruler::dividesIntervalsByMinorTicks_data()
 {
     QTest::addColumn<unsigned>("numMinor");
@@ -957,9 +1075,9 @@ void tst_ruler::dividesIntervalsByMinorTicks_data()
     QTest::newRow("three") << 3u << 20.0 / 3.0;
     QTest::newRow("ten") << 10u << 2.0;
     QTest::newRow("one a pixel") << 20u << 1.0;
-    QTest::newRow("one more than two a pixel") << 40u << 20.0; // left out
-    QTest::newRow("a million") << 1000000u << 20.0;
-    QTest::newRow("as many as can be") << 4294967295u << 20.0;
+    QTest::newRow("two a pixel") << 40u << 1.0;
+    QTest::newRow("a million") << 1000000u << 1.0;
+    QTest::newRow("as many as can be") << 4294967295u << 1.0;
 }
 
 void tst_ruler::dividesIntervalsByMinorTicks()
@@ -973,6 +1091,62 @@ void tst_ruler::dividesIntervalsByMinorTicks()
     QCOMPARE(allColumns(stage.ruler), columns(0, 400, distance + 1e-9));
     stage.ruler.showMinorTicks(false);
     QCOMPARE(allColumns(stage.ruler), columns(0, 400, 20));
+}
+
+void tst_ruler::drawsDenseMinorTicks_data()
+{
+    QTest::addColumn<double>("major"); // pixels
+    for (const double major : {2.0, 2.5, 4.0, 4.9, 5.0})
+        QTest::newRow(QByteArray::number(major).constData()) << major;
+}
+
+// Ten minor ticks to such an interval are two a pixel and more.
+void tst_ruler::drawsDenseMinorTicks()
+{
+    QFETCH(double, major);
+    stage_t stage(QSize(400, 60));
+    stage.ruler.tickTable({{major, 10}}, 1.0);
+    stage.ruler.range(0.0, 400.0);
+    QCOMPARE(majorColumns(stage.ruler), columns(0, 400, major));
+    QCOMPARE(allColumns(stage.ruler), columns(0, 400, 1.0));
+}
+
+void tst_ruler::drawsDenseMajorTicks_data()
+{
+    QTest::addColumn<double>("interval"); // of the first entry
+    QTest::newRow("two a pixel") << 0.5;
+    QTest::newRow("a hundred a pixel") << 0.01;
+    QTest::newRow("billions a pixel") << 1e-9;
+    QTest::newRow("more than doubles can count") << 1e-17;
+    QTest::newRow("more than integers can count") << 1e-25;
+    QTest::newRow("nearly the narrowest") << 1e-300;
+}
+
+// The fallback takes the first entry, however narrow, at the step at which any had two pixels.
+void tst_ruler::drawsDenseMajorTicks()
+{
+    QFETCH(double, interval);
+    stage_t stage(QSize(300, 60));
+    testRuler_t& ruler = stage.ruler;
+    ruler.labels = labels_t::SAME;
+    ruler.tickTable({{interval, 10}, {3.0, 0}}, 1e4 / interval); // 3 pixels, then too many
+    ruler.range(0.5, 300.5);
+    drawing_t wanted(ruler);
+    wanted.fill(0, 0, 300, 9);
+    QCOMPARE(firstDifference(snapshot(ruler), wanted.picture), QString());
+}
+
+// Among ticks as near as these only every other value can be told from the next.
+void tst_ruler::drawsDenseTicksWhereDoublesAreCoarse()
+{
+    stage_t stage(QSize(400, 60));
+    stage.ruler.tickTable({{8.0, 1000000}}, 1.0);
+    for (const double sign : {1.0, -1.0}) {
+        stage.ruler.range(sign * 1e16, sign * 1e16 + 16.0); // whose neighbours are 2 away
+        QCOMPARE(allColumns(stage.ruler), columns(0, 400, 50.0));
+        stage.ruler.range(sign * 1e16 + 16.0, sign * 1e16);
+        QCOMPARE(allColumns(stage.ruler), columns(0, 400, 50.0));
+    }
 }
 
 void tst_ruler::drawsOnlyMajorLabels()
@@ -1796,11 +1970,14 @@ public:
             break;
         }
         case 3:
-        case 4:
+        case 4: {
+            const QSize before = ruler.size();
             ruler.resize(random.oneOf<int>({0, 1, 20, 100, 200, 300, random.integer(1, 500)}),
                          random.oneOf<int>({0, 1, 20, 100, 200, random.integer(1, 400)}));
-            plain.setSize(ruler.size());
+            if (ruler.size() != before) // else there is no resize event
+                plain.setSize(ruler.size());
             break;
+        }
         case 5: {
             const auto orientation = random.chance(0.5) ? Qt::Horizontal : Qt::Vertical;
             forgetTicksIf(orientation != plain.textOrientation);
@@ -1926,10 +2103,43 @@ public:
         }
         if (!isSame(ruler.start(), plain.start()) || !isSame(ruler.end(), plain.end()))
             return QStringLiteral("other bounds");
+        const double apart = std::pow(10.0, random.real(-1.0, 2.0)); // pixels
+        if (!isSameFit(std::abs(plain.pixelToValue(1) - plain.pixelToValue(0)) * apart))
+            return QStringLiteral("another fit %1 pixels apart").arg(apart);
+        countDenseTicks();
         return firstDifference(picture, plain.drawnOn(blank(ruler), ruler.palette()));
     }
 
+    int narrowMajors = 0; ///< pictures whose major ticks are 5 pixels apart or less
+    int denseMinors = 0;  ///< pictures with more than two minor ticks a pixel
+
 private:
+    bool isSameFit(double interval)
+    {
+        ruler_t::fit_t fit;
+        ruler.calculateFit(interval, fit);
+        const ruler_t::fit_t wanted = plain.calculateFit(interval);
+        return isSame(fit.startTick, wanted.startTick) && isSame(fit.endTick, wanted.endTick) &&
+               std::equal(fit.ticks.begin(), fit.ticks.end(), wanted.ticks.begin(),
+                          wanted.ticks.end(),
+                          [](const ruler_t::tick_t& a, const ruler_t::tick_t& b) {
+                              return a.type == b.type && a.pos == b.pos && a.label == b.label;
+                          });
+    }
+
+    void countDenseTicks()
+    {
+        const bool isVertical =
+            ruler.axisLocation() == ruler_t::LEFT || ruler.axisLocation() == ruler_t::RIGHT;
+        const int length = isVertical ? ruler.height() : ruler.width();
+        const auto majors = static_cast<int>(
+            std::count_if(plain.ticks().begin(), plain.ticks().end(), [](const auto& tick) {
+                return tick.type == ruler_t::tick_t::TICK_MAJOR;
+            }));
+        narrowMajors += majors * 5 >= length ? 1 : 0;
+        denseMinors += static_cast<int>(plain.ticks().size()) - majors > 2 * length ? 1 : 0;
+    }
+
     static bool isSame(double a, double b) { return a == b || (std::isnan(a) && std::isnan(b)); }
 
     void forgetTicksIf(bool isChanged)
@@ -1957,6 +2167,8 @@ void tst_ruler::looksLikeThePlainRuler()
     QFETCH(int, labels);
     QFETCH(unsigned, seed);
     random_t random(seed);
+    int narrowMajors = 0;
+    int denseMinors = 0;
     for (int i = 0; i < 20; ++i) {
         twins_t twins(random, static_cast<labels_t>(labels));
         for (int j = 0; j < 40; ++j) {
@@ -1967,7 +2179,11 @@ void tst_ruler::looksLikeThePlainRuler()
                      qPrintable(
                          QStringLiteral("ruler %1, picture %2: %3").arg(i).arg(j).arg(difference)));
         }
+        narrowMajors += twins.narrowMajors;
+        denseMinors += twins.denseMinors;
     }
+    QVERIFY(narrowMajors > 5);
+    QVERIFY(denseMinors > 5);
 }
 
 QTEST_MAIN(tst_ruler)

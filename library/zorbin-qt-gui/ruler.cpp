@@ -17,10 +17,32 @@
 namespace zorbin_qt_gui {
 namespace {
 
+// What calculateFit() lays at most.
+constexpr double maxTicksListed = 1000000.0;
+
 // What a search may cost before it gives up. Bases such as 10 and 2 need at most some hundred
 // steps and ten thousand labels; one just above 1 would need millions.
 constexpr unsigned maxEntriesTried = 1000000;
 constexpr unsigned maxLabelsTried = 500000;
+
+// The first number after `from` for which a condition holds that holds for all later ones, too;
+// `end` if there is none before it. Looks at the next numbers first.
+template <typename condition_t>
+qint64 firstAfter(qint64 from, qint64 end, const condition_t& holds)
+{
+    qint64 low = from;
+    qint64 stride = 1;
+    while (stride < end - low && !holds(low + stride)) {
+        low += stride;
+        stride *= 2;
+    }
+    qint64 high = std::min(low + stride, end);
+    while (high - low > 1) {
+        const qint64 middle = low + (high - low) / 2;
+        (holds(middle) ? high : low) = middle;
+    }
+    return high;
+}
 
 // The extents of labels, which scrolling and repainting ask for again and again.
 class labelSizes_t
@@ -86,18 +108,19 @@ struct grid_t
     double startTick;
     double endTick;
     int direction; // 1 where values increase along the axis, else -1
-    qint64 count;  // of ticks
+    double count;  // of ticks, a whole number
 
     double value(qint64 i) const
     {
         return static_cast<double>(i) * interval * direction + startTick;
     }
+    qint64 listedCount() const { return count <= maxTicksListed ? static_cast<qint64>(count) : 0; }
 };
 
 } // namespace
 
-// Invariants: scalar is multiplierBase to the power of step. The solution is either empty or
-// belongs to everything that was set since; all that changes it empties it.
+// Invariants: scalar is multiplierBase to the power of step. While isSolved, the solution belongs
+// to everything that is set, except a tick table or step set after ticks were found.
 struct ruler_t::rulerWidgetPriv_t
 {
     location_t axisLocation = BOTTOM;
@@ -122,7 +145,9 @@ struct ruler_t::rulerWidgetPriv_t
     double pxScale = 1.0; // pixels per unit, with the sign of range
     double scalar = 1.0;
     fit_t majorFit;
+    bool isSolved = false;
     std::vector<tick_t> solution; // major and minor ticks by position
+    bool wasResized = false;      // to the size that it was first shown with
     bool highlightRange = false;
     double highlightStart = 0.0;
     double highlightEnd = 0.0;
@@ -157,11 +182,17 @@ struct ruler_t::rulerWidgetPriv_t
         scalar = std::pow(multiplierBase, n);
     }
 
-    // The multiples of an interval inside the range, unless they are more than two a pixel.
-    std::optional<grid_t> grid(double interval_) const
+    void forgetSolution()
     {
-        if (!(interval_ > 0.0 && std::isfinite(interval_)))
-            return std::nullopt;
+        isSolved = false;
+        solution.clear();
+    }
+    // What takes effect with the next search has nothing to wait for while there are no ticks.
+    void forgetEmptySolution() { isSolved = isSolved && !solution.empty(); }
+
+    // The multiples of an interval inside the range; two outside where none is inside.
+    grid_t grid(double interval_) const
+    {
         const bool isRising = end >= start;
         const double atStart = start / interval_;
         const double atEnd = end / interval_;
@@ -170,10 +201,17 @@ struct ruler_t::rulerWidgetPriv_t
         const double startTick = interval_ * first;
         const double endTick = last * interval_;
         const double steps = std::ceil(std::abs(endTick - startTick) / interval_);
-        if (!(steps < 2.0 * pixels)) // NaN, too
-            return std::nullopt;
-        return grid_t{interval_, startTick, endTick, isRising ? 1 : -1,
-                      static_cast<qint64>(steps) + 1};
+        return {interval_, startTick, endTick, isRising ? 1 : -1, countOfTicks(steps)};
+    }
+
+    // How many ticks are some steps apart. Steps can be negative, where the interval is, or NaN.
+    static double countOfTicks(double steps)
+    {
+        if (!(steps >= 0.0 && std::isfinite(steps)))
+            return 0.0;
+        // Deliberate: steps whose low 32 bits are all ones make no ticks.
+        constexpr double wrap = 4294967296.0;
+        return std::fmod(steps, wrap) == wrap - 1.0 ? 0.0 : steps + 1.0;
     }
 
     unsigned position(double value) const
@@ -181,14 +219,30 @@ struct ruler_t::rulerWidgetPriv_t
         return truncatedToUnsigned(std::abs(value - start) * std::abs(pxScale));
     }
 
-    // Adds ticks without labels to the solution.
+    // Adds ticks without labels to the solution. Where several would be painted on one pixel, it
+    // gets the first of them: they can be so close that there are billions.
     void addTicks(tick_t::type_t type, double interval_)
     {
-        const std::optional<grid_t> ticks = grid(interval_);
-        if (!ticks)
-            return;
-        for (qint64 i = 0; i < ticks->count; ++i)
-            solution.push_back({type, position(ticks->value(i)), std::string()});
+        grid_t ticks = grid(interval_);
+        // A double knows no more values in the range than this, so that leaving out every other
+        // tick is not seen.
+        constexpr double mostTicks = 9007199254740992.0;
+        while (ticks.count > mostTicks) {
+            ticks.interval *= 2.0;
+            ticks.count = std::ceil(ticks.count / 2.0);
+        }
+        const auto count = static_cast<qint64>(ticks.count);
+        for (qint64 i = 0; i < count;) {
+            const double value = ticks.value(i);
+            const unsigned pos = position(value);
+            solution.push_back({type, pos, std::string()});
+            // Rounding can put the first ticks before the start, from where positions fall.
+            const bool isBelowStart = value < start;
+            i = firstAfter(i, count, [&](qint64 other) {
+                const double otherValue = ticks.value(other);
+                return position(otherValue) != pos || (otherValue < start) != isBelowStart;
+            });
+        }
     }
 
     // How far a label reaches along the axis.
@@ -204,17 +258,16 @@ struct ruler_t::rulerWidgetPriv_t
     // labels are made one by one and no more than needed. Counts them.
     bool labelFit(const ruler_t& ruler, double interval_, unsigned& labelsTried)
     {
-        const std::optional<grid_t> ticks = grid(interval_);
-        if (!ticks)
-            return false;
+        const grid_t ticks = grid(interval_);
+        const qint64 count = ticks.listedCount();
         fit_t fit;
-        fit.startTick = ticks->startTick;
-        fit.endTick = ticks->endTick;
+        fit.startTick = ticks.startTick;
+        fit.endTick = ticks.endTick;
         labelSizes.useFont(ruler.fontMetrics());
         double edge = -2147483647.0; // of the label before
-        for (qint64 i = 0; i < ticks->count; ++i) {
+        for (qint64 i = 0; i < count; ++i) {
             ++labelsTried;
-            const double value = ticks->value(i);
+            const double value = ticks.value(i);
             const unsigned pos = position(value);
             std::string label = ruler.textFromValue(value);
             const unsigned half = (labelExtent(label) + 1) >> 1U;
@@ -467,7 +520,7 @@ void ruler_t::axisLocation(const location_t& location)
         setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Expanding);
     else if (m_d->isHorizontal())
         setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
-    m_d->solution.clear();
+    m_d->forgetSolution();
     update();
 }
 
@@ -481,7 +534,7 @@ void ruler_t::textOrientation(const Qt::Orientation& orientation)
     if (m_d->textOrientation == orientation)
         return;
     m_d->textOrientation = orientation;
-    m_d->solution.clear();
+    m_d->forgetSolution();
     update();
 }
 
@@ -490,7 +543,7 @@ void ruler_t::showMinorTicks(bool show)
     if (m_d->showMinor == show)
         return;
     m_d->showMinor = show;
-    m_d->solution.clear();
+    m_d->forgetSolution();
     update();
 }
 
@@ -499,7 +552,7 @@ void ruler_t::showText(bool show)
     if (m_d->showText == show)
         return;
     m_d->showText = show;
-    m_d->solution.clear();
+    m_d->forgetSolution();
     update();
 }
 
@@ -509,7 +562,7 @@ void ruler_t::tickLength(unsigned int length)
         return;
     m_d->majorLength = length;
     m_d->minorLength = length / 2;
-    m_d->solution.clear();
+    m_d->forgetSolution();
     update();
 }
 
@@ -518,7 +571,7 @@ void ruler_t::spacing(unsigned int px)
     if (m_d->spacing == px)
         return;
     m_d->spacing = px;
-    m_d->solution.clear();
+    m_d->forgetSolution();
     update();
 }
 
@@ -571,7 +624,7 @@ void ruler_t::range(double start_, double end_)
     m_d->end = m_d->clampedToAxis(end_ + (m_d->start - start_));
     m_d->range = m_d->isVertical() ? m_d->start - m_d->end : m_d->end - m_d->start;
     m_d->updateScale();
-    m_d->solution.clear();
+    m_d->forgetSolution();
     update();
     if (m_d->isInverted)
         Q_EMIT boundsChanged(m_d->end, m_d->start);
@@ -657,20 +710,22 @@ std::string ruler_t::textFromValue(double value) const
 void ruler_t::step(int n)
 {
     m_d->setStep(n);
+    m_d->forgetEmptySolution();
 }
 
 void ruler_t::calculateFit(double interval, fit_t& fit)
 {
+    const grid_t ticks = m_d->grid(interval);
+    const qint64 count = ticks.listedCount();
     fit = fit_t();
-    const std::optional<grid_t> ticks = m_d->grid(interval);
-    if (!ticks)
-        return;
-    fit.startTick = ticks->startTick;
-    fit.endTick = ticks->endTick;
-    fit.ticks.reserve(static_cast<std::size_t>(ticks->count));
-    for (qint64 i = 0; i < ticks->count; ++i) {
-        const double value = ticks->value(i);
-        fit.ticks.push_back({tick_t::TICK_MINOR, m_d->position(value), textFromValue(value)});
+    fit.startTick = ticks.startTick;
+    fit.endTick = ticks.endTick;
+    fit.ticks.reserve(static_cast<std::size_t>(count));
+    for (qint64 i = 0; i < count; ++i) {
+        const double value = ticks.value(i);
+        // The size of a widget that was never shown is a default of Qt's and says nothing.
+        const unsigned pos = m_d->wasResized ? m_d->position(value) : 0;
+        fit.ticks.push_back({tick_t::TICK_MINOR, pos, textFromValue(value)});
     }
 }
 
@@ -684,6 +739,7 @@ void ruler_t::calculateTickPlacement()
 {
     m_d->majorFit.ticks.clear();
     m_d->solution.clear();
+    m_d->isSolved = true; // also if there is nothing to find
     const auto choice = m_d->search(*this);
     if (!choice)
         return;
@@ -769,12 +825,13 @@ void ruler_t::mouseDoubleClickEvent(QMouseEvent* /*event*/)
 
 void ruler_t::resizeEvent(QResizeEvent* event)
 {
+    m_d->wasResized = true;
     const unsigned pixels = m_d->lengthOf(event->size());
     if (pixels == m_d->pixels)
         return;
     m_d->pixels = pixels;
     m_d->updateScale();
-    m_d->solution.clear();
+    m_d->forgetSolution();
     update();
 }
 
@@ -782,7 +839,7 @@ void ruler_t::changeEvent(QEvent* event)
 {
     QWidget::changeEvent(event);
     if (event->type() == QEvent::FontChange)
-        m_d->solution.clear();
+        m_d->forgetSolution();
     if (event->type() == QEvent::StyleChange || event->type() == QEvent::PaletteChange)
         m_d->indicatorArrow = QPixmap();
 }
@@ -790,7 +847,7 @@ void ruler_t::changeEvent(QEvent* event)
 void ruler_t::paintEvent(QPaintEvent* /*event*/)
 {
     QPainter painter(this);
-    if (m_d->solution.empty())
+    if (!m_d->isSolved)
         calculateTickPlacement();
     m_d->labelSizes.useFont(painter.fontMetrics());
 

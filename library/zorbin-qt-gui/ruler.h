@@ -13,9 +13,10 @@ namespace zorbin_qt_gui {
 ///
 /// The distance of the major ticks is the first interval of a table, scaled by ever higher powers
 /// of a base, that is at least two pixels wide and whose labels don't overlap. Ticks are computed
-/// when they are painted, after something has changed. On a horizontal ruler the start is at the
-/// left, on a vertical one at the bottom. When the ruler is interactive, dragging selects a new
-/// range, a click centres it, a double click doubles it.
+/// when they are painted, after something has changed; where they lie closer than the pixels, one
+/// is painted on each pixel. On a horizontal ruler the start is at the left, on a vertical one at
+/// the bottom. When the ruler is interactive, dragging selects a new range, a click centres it, a
+/// double click doubles it.
 ///
 /// Follows a chart through its range() slot, for example connected to
 /// stripChart_t::timeBoundsChanged(). GUI thread only. \image html rulers.png
@@ -61,8 +62,8 @@ public:
     /// Ticks at one interval.
     struct fit_t
     {
-        double startTick = 0.0;    ///< value of the first tick
-        double endTick = 0.0;      ///< value of the last tick inside the range
+        double startTick = 0.0;    ///< value of the first tick, also where none are laid
+        double endTick = 0.0;      ///< value of the last tick inside the range, also then
         std::vector<tick_t> ticks; ///< in order of their values
     };
 
@@ -71,8 +72,9 @@ public:
     explicit ruler_t(QWidget* parent = nullptr);
     ~ruler_t() override;
 
-    /// Sets the edge, BOTTOM at first, and a size policy that fits it: fixed across the axis,
-    /// expanding along it. Ticks are right again after the next range() or resize.
+    /// Sets the edge, and a size policy that fits it: fixed across the axis, expanding along it.
+    /// Default: BOTTOM. The scale, in pixels per unit, stays that of the edge before, and so do the
+    /// places of the ticks, until the next range() that changes the range or the next resize.
     void axisLocation(const location_t& location);
     /// The edge.
     const location_t& axisLocation() const;
@@ -89,9 +91,9 @@ public:
     void spacing(unsigned int px);
     /// Sets whether the user can change the range with the mouse, false at first.
     void interactive(bool enable);
-    /// Sets whether range() swaps its bounds, false at first, and passes the present bounds to it:
-    /// a change to true therefore turns the axis round, and so does every further call with true;
-    /// a call with false leaves the axis as it is until the next range().
+    /// Sets whether range() swaps its bounds, and passes the present bounds to range(). Default:
+    /// false. Every call with true turns the axis round: the second one turns it back. A call with
+    /// false leaves the axis as it is until the next range().
     void invert(bool enable);
     /// Sets the lowest value that later ranges may reach.
     void axisMinLimit(double limit);
@@ -99,8 +101,9 @@ public:
     void axisMaxLimit(double limit);
     /// Sets the candidates for the major interval and the base whose integer powers scale them:
     /// at first 1, 2, 2.5 and 5 with 10 minor parts each, and 10. They are tried in the order
-    /// given, and take effect when the ticks are next computed. An empty table gives no ticks. A
-    /// base that isn't above 1 isn't scaled with.
+    /// given, and take effect when the ticks are next computed; while there are no ticks, that is
+    /// at the next paint. An empty table gives no ticks. A base that isn't above 1 isn't scaled
+    /// with.
     void tickTable(const std::vector<tickEntry_t>& table, double base);
 
     double start() const; ///< The value at the start of the axis.
@@ -123,25 +126,31 @@ public:
     /// limited at the other end.
     int valueToPixel(double value);
 
-    /// How many decimals labels need at the current major interval: one more than the place of its
-    /// first digit behind the point, 0 for a whole number.
+    /// How many decimals labels need at the major interval: one more than the place of its first
+    /// digit behind the point, 0 for a whole number. While a search tries a candidate, the major
+    /// interval is the entry that the search before chose, scaled with the power being tried. The
+    /// labels of the candidate that is chosen keep those decimals.
     unsigned int numDecimals() const;
     /// The label of a tick. This one prints numDecimals() decimals in the C library's current
     /// locale and strips trailing zeros behind a '.'. A subclass may print anything, depending on
     /// \p value and on the ruler's state; how often and for which values it is called is left open.
     virtual std::string textFromValue(double value) const;
 
-    /// Scales the tick table with the \p n th power of the base.
+    /// Scales the tick table with the \p n th power of the base; the next search begins there.
     void step(int n);
-    /// Computes the ticks for the present range, size and font; painting calls it when needed.
+    /// Computes the ticks for the present range, size and font. Painting calls it once after each
+    /// change, also if the outcome is that there are no ticks. Call it after a change that the
+    /// ruler can't know of, such as another format of a subclass, and update().
     void calculateTickPlacement();
-    /// Lays ticks at the multiples of \p interval, a value, from the first one inside the range on,
-    /// all with labels and TICK_MINOR. If no multiple is inside the range, two outside come back.
-    /// More ticks than two for each pixel of the axis aren't made: \p fit is left empty then, and
-    /// for an interval that isn't positive and finite.
+    /// Lays ticks at the multiples of \p interval, a positive value, from the first one inside the
+    /// range on, all with labels and TICK_MINOR. If no multiple is inside the range, two outside
+    /// come back. On a ruler that was never shown all positions are 0.
+    ///
+    /// More than a million ticks aren't laid: the list is empty then. It is also empty for an
+    /// interval of 0 and where the interval or the range isn't finite.
     void calculateFit(double interval, fit_t& fit);
-    /// Whether labels at the multiples of \p interval, a value, can be drawn without overlap. Not
-    /// so where calculateFit() makes no ticks.
+    /// Whether labels at the multiples of \p interval, a value, can be drawn without overlap. Also
+    /// true where calculateFit() lays no ticks.
     bool labelFit(double interval);
 
     /// Room for ticks across the axis; grows to the labels' when they are painted.

@@ -68,7 +68,7 @@ void plainRuler_t::setRange(double a, double b)
     if (isVertical())
         m_range = -m_range;
     updateScale();
-    m_ticks.clear();
+    forgetTicks();
 }
 
 void plainRuler_t::setSize(QSize size)
@@ -83,14 +83,14 @@ void plainRuler_t::setSize(QSize size)
         return;
     m_pixels = pixels;
     updateScale();
-    m_ticks.clear();
+    forgetTicks();
 }
 
 void plainRuler_t::setLocation(location_t edge)
 {
     m_location = edge;
     m_pixels = static_cast<unsigned>(isVertical() ? m_size.height() : m_size.width());
-    m_ticks.clear();
+    forgetTicks();
 }
 
 void plainRuler_t::setTable(const std::vector<ruler_t::tickEntry_t>& entries, double base)
@@ -101,6 +101,13 @@ void plainRuler_t::setTable(const std::vector<ruler_t::tickEntry_t>& entries, do
 }
 
 void plainRuler_t::setStep(int n)
+{
+    climbTo(n);
+    if (m_ticks.empty())
+        forgetTicks();
+}
+
+void plainRuler_t::climbTo(int n)
 {
     m_step = n;
     m_scalar = std::pow(m_base, n);
@@ -142,25 +149,40 @@ std::string plainRuler_t::numberText(double value) const
     return text;
 }
 
-// The ends of a layout go into fit.
-std::vector<double> plainRuler_t::tickValues(double interval, fit_t& fit) const
+// How many ticks a layout has; its ends go into fit.
+qint64 plainRuler_t::countTicks(double interval, fit_t& fit) const
 {
-    if (!(interval > 0.0) || std::isinf(interval))
-        return {};
     const bool isRising = m_end >= m_start;
     const double first = isRising ? std::ceil(m_start / interval) : std::floor(m_start / interval);
     const double last = isRising ? std::floor(m_end / interval) : std::ceil(m_end / interval);
     fit.startTick = interval * first;
     fit.endTick = last * interval;
     const double steps = std::ceil(std::abs(fit.endTick - fit.startTick) / interval);
-    if (!(steps + 1.0 <= 2.0 * m_pixels)) { // more than two a pixel
-        fit = fit_t();
-        return {};
+    if (!(steps >= 0.0)) // NaN, too
+        return 0;
+    if (steps >= 1e18)
+        return 1000000000000000000;
+    const auto count = static_cast<qint64>(steps);
+    return (count & 0xffffffff) == 0xffffffff ? 0 : count + 1;
+}
+
+static double tickValue(qint64 i, double interval, bool isRising, double startTick)
+{
+    return static_cast<double>(i) * interval * (isRising ? 1 : -1) + startTick;
+}
+
+// Ticks without labels: those that would never be drawn.
+void plainRuler_t::addTicks(tick_t::type_t type, double interval)
+{
+    fit_t ends;
+    const qint64 count = countTicks(interval, ends);
+    if (count > 50000000)
+        qFatal("plainRuler_t: %lld ticks are too many to lay one by one",
+               static_cast<long long>(count));
+    for (qint64 i = 0; i < count; ++i) {
+        const double value = tickValue(i, interval, m_end >= m_start, ends.startTick);
+        m_ticks.push_back({type, positionOf(value), std::string()});
     }
-    std::vector<double> values;
-    for (int i = 0; i <= static_cast<int>(steps); ++i)
-        values.push_back(i * interval * (isRising ? 1 : -1) + fit.startTick);
-    return values;
 }
 
 unsigned plainRuler_t::positionOf(double value) const
@@ -172,8 +194,11 @@ unsigned plainRuler_t::positionOf(double value) const
 plainRuler_t::fit_t plainRuler_t::calculateFit(double interval) const
 {
     fit_t fit;
-    for (const double value : tickValues(interval, fit))
+    const qint64 count = countTicks(interval, fit);
+    for (qint64 i = 0; i < count && count <= 1000000; ++i) {
+        const double value = tickValue(i, interval, m_end >= m_start, fit.startTick);
         fit.ticks.push_back({tick_t::TICK_MINOR, positionOf(value), textFromValue(value)});
+    }
     return fit;
 }
 
@@ -189,7 +214,7 @@ unsigned plainRuler_t::extentAlong(const std::string& label) const
 bool plainRuler_t::labelFit(double interval)
 {
     const fit_t fit = calculateFit(interval);
-    bool isFree = !fit.ticks.empty();
+    bool isFree = true;
     double edge = -2147483647.0;
     for (const tick_t& tick : fit.ticks) {
         const unsigned half = (extentAlong(tick.label) + 1) / 2;
@@ -205,13 +230,14 @@ bool plainRuler_t::labelFit(double interval)
 void plainRuler_t::calculateTickPlacement()
 {
     m_ticks.clear();
+    m_areTicksKnown = true;
     m_majorFit.ticks.clear();
     const double scale = std::abs(m_pxScale);
     if (m_pixels == 0 || scale == 0.0 || !std::isfinite(scale) || m_table.empty())
         return;
     const bool isScaled = m_base > 1.0 && std::isfinite(m_base);
     while (isScaled && m_scalar * (m_table[0].interval * scale) >= 2.0)
-        setStep(m_step - 1);
+        climbTo(m_step - 1);
 
     int firstStep = 2147483647;
     std::optional<std::size_t> chosen;
@@ -226,32 +252,25 @@ void plainRuler_t::calculateTickPlacement()
             if (labelsFit) {
                 chosen = i;
             } else if (i == 0 && interval > std::abs(m_range)) {
-                setStep(firstStep);
+                climbTo(firstStep);
                 chosen = 0;
             }
         }
         if (!chosen && (!isScaled || !std::isfinite(m_scalar)))
             return;
         if (!chosen)
-            setStep(m_step + 1);
+            climbTo(m_step + 1);
     }
 
     m_interval = m_table[*chosen].interval;
     if (!labelsFit)
-        m_majorFit = calculateFit(m_interval * m_scalar);
+        addTicks(tick_t::TICK_MAJOR, m_interval * m_scalar);
     for (tick_t tick : m_majorFit.ticks) {
         tick.type = tick_t::TICK_MAJOR;
-        if (!labelsFit)
-            tick.label.clear();
         m_ticks.push_back(tick);
     }
-    if (showMinor) {
-        // Their labels would never be drawn.
-        fit_t ends;
-        for (const double value :
-             tickValues(m_interval * m_scalar / m_table[*chosen].numMinor, ends))
-            m_ticks.push_back({tick_t::TICK_MINOR, positionOf(value), std::string()});
-    }
+    if (showMinor)
+        addTicks(tick_t::TICK_MINOR, m_interval * m_scalar / m_table[*chosen].numMinor);
     std::sort(m_ticks.begin(), m_ticks.end());
 }
 
@@ -263,7 +282,7 @@ bool plainRuler_t::isLabelDrawn(const tick_t& tick) const
 
 void plainRuler_t::prepareToPaint()
 {
-    if (m_ticks.empty())
+    if (!m_areTicksKnown)
         calculateTickPlacement();
     int widest = 0;
     for (const tick_t& tick : m_ticks) {

@@ -10,10 +10,11 @@
 #include <string>
 #include <vector>
 
-/// A ruler's ticks and picture, written as plainly as their rules can be told: every label of every
-/// candidate is made and measured, nothing is kept from one search for the next but what counts,
-/// and lines are filled column by column. What is set here takes effect without any comparison;
-/// call forgetTicks() where a ruler would compute them anew.
+/// A ruler's ticks and picture, written as plainly as their rules can be told: every tick is laid
+/// and drawn, however many share a pixel, every label of every candidate is made and measured,
+/// nothing is kept from one search for the next but what counts, and lines are filled column by
+/// column. What is set here takes effect without any comparison; call forgetTicks() where a ruler
+/// would compute them again.
 class plainRuler_t
 {
 public:
@@ -30,7 +31,7 @@ public:
     void setLocation(location_t edge);
     void setTable(const std::vector<ruler_t::tickEntry_t>& entries, double base);
     void setStep(int n);
-    void forgetTicks() { m_ticks.clear(); }
+    void forgetTicks() { m_areTicksKnown = false; }
 
     double pixelToValue(int px) const;
     int valueToPixel(double value) const;
@@ -70,7 +71,9 @@ private:
     bool isVertical() const;
     double base() const;
     void updateScale();
-    std::vector<double> tickValues(double interval, fit_t& fit) const;
+    qint64 countTicks(double interval, fit_t& fit) const;
+    void addTicks(tick_t::type_t type, double interval);
+    void climbTo(int n);
     unsigned positionOf(double value) const;
     unsigned extentAlong(const std::string& label) const;
     bool isLabelDrawn(const tick_t& tick) const;
@@ -92,5 +95,6 @@ private:
     double m_range = 0.0;
     double m_pxScale = 1.0;
     fit_t m_majorFit;
+    bool m_areTicksKnown = false;
     std::vector<tick_t> m_ticks;
 };
