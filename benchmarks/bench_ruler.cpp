@@ -192,7 +192,7 @@ BENCHMARK_CAPTURE(searchOddRange, tiny, 1e-300, 2e-300, true);
 BENCHMARK_CAPTURE(searchOddRange, infinite, -1.7e308, 1.7e308, false);
 BENCHMARK_CAPTURE(searchOddRange, unknown, 0.0, std::numeric_limits<double>::quiet_NaN(), false);
 
-// A base so near 1 that the search gives up.
+// A base so near 1 that not all of its powers can be tried.
 void searchWithOddBase(benchmark::State& state)
 {
     countingRuler_t ruler;

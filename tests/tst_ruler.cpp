@@ -300,6 +300,9 @@ private Q_SLOTS:
     void takesANewTableWithTheNextTicks();
     void triesTheTableOnceWithoutAUsableBase_data();
     void triesTheTableOnceWithoutAUsableBase();
+    void climbsSmallSteps();
+    void endsSoonWithABaseJustAboveOne_data();
+    void endsSoonWithABaseJustAboveOne();
     void searchesInVainOnlyOnce();
     void keepsItsScaleForTheTicksOfAnotherEdge_data();
     void keepsItsScaleForTheTicksOfAnotherEdge();
@@ -1003,6 +1006,48 @@ void tst_ruler::triesTheTableOnceWithoutAUsableBase()
     QCOMPARE(majorColumns(stage.ruler), std::vector<int>());
     stage.ruler.range(0.0, 0.5); // the first entry is wider than the range
     QCOMPARE(majorColumns(stage.ruler), std::vector<int>{0});
+}
+
+// A million powers of the base are between the first interval tried and the one that is found.
+void tst_ruler::climbsSmallSteps()
+{
+    stage_t stage(QSize(400, 60));
+    stage.ruler.tickTable({{1e6, 0}}, 1.00001);
+    stage.ruler.range(0.0, 100.0);
+    const std::vector<int> found = majorColumns(stage.ruler);
+    QCOMPARE(found, columns(0, 400, 2.0 + 1e-5)); // the first one from 2 pixels on
+    stage.ruler.step(-10000000);
+    stage.ruler.calculateTickPlacement();
+    QCOMPARE(majorColumns(stage.ruler), found);
+}
+
+void tst_ruler::endsSoonWithABaseJustAboveOne_data()
+{
+    QTest::addColumn<double>("base");
+    for (const double excess : {1e-4, 1e-5, 1e-6, 1e-9, 1e-12})
+        QTest::newRow(QByteArray::number(excess).constData()) << 1.0 + excess;
+}
+
+// To try all intervals, millions of labels would have to be made.
+void tst_ruler::endsSoonWithABaseJustAboveOne()
+{
+    QFETCH(double, base);
+    stage_t stage(QSize(500, 60));
+    testRuler_t& ruler = stage.ruler;
+    ruler.labels = labels_t::SAME;
+    ruler.same = "12345678";
+    ruler.tickTable({{1.0, 0}, {2.0, 0}, {2.5, 0}, {5.0, 0}}, base);
+    ruler.range(0.0, 1000.0);
+    ruler.labelsMade = 0;
+    snapshot(ruler);
+    QVERIFY2(ruler.labelsMade < 100000, qPrintable(QString::number(ruler.labelsMade)));
+    if (base < 1.0 + 1e-8)
+        return; // no power that a step can name makes the table's intervals wide enough
+    const std::vector<int> found = majorColumns(ruler);
+    QVERIFY(found.size() > 2);
+    const int needed = 2 * halfWidth(ruler, QString::fromStdString(ruler.same));
+    QVERIFY(found[1] - found[0] >= needed - 1); // a position's fraction is dropped
+    QVERIFY(found[1] - found[0] <= needed * 1.02 + 1.0);
 }
 
 void tst_ruler::searchesInVainOnlyOnce()

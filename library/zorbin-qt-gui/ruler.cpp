@@ -20,10 +20,10 @@ namespace {
 // What calculateFit() lays at most.
 constexpr double maxTicksListed = 1000000.0;
 
-// What a search may cost before it gives up. Bases such as 10 and 2 need at most some hundred
-// steps and ten thousand labels; one just above 1 would need millions.
-constexpr unsigned maxEntriesTried = 1000000;
-constexpr unsigned maxLabelsTried = 500000;
+// How many labels and entries a search tries one power of the base after the other: a tenth of a
+// second or so, if no two labels are the same. Bases such as 10 and 2 need some hundreds, one just
+// above 1 would need millions.
+constexpr unsigned maxTriedOneByOne = 50000;
 
 // The first number after `from` for which a condition holds that holds for all later ones, too;
 // `end` if there is none before it. Looks at the next numbers first.
@@ -176,10 +176,11 @@ struct ruler_t::rulerWidgetPriv_t
 
     double clampedToAxis(double value) const { return std::max(std::min(value, axisMax), axisMin); }
 
-    void setStep(int n)
+    double scalarAt(qint64 n) const { return std::pow(multiplierBase, static_cast<int>(n)); }
+    void setStep(qint64 n)
     {
-        step = n;
-        scalar = std::pow(multiplierBase, n);
+        step = static_cast<int>(n);
+        scalar = scalarAt(n);
     }
 
     void forgetSolution()
@@ -452,45 +453,73 @@ struct ruler_t::rulerWidgetPriv_t
         bool labelsFit;
     };
 
-    // Chooses the major interval, by way of step and majorFit. None if there is no scale to speak
-    // of, or no entry will do.
+    // Goes down to the power of the base at which the first entry is less than two pixels wide.
+    void descend(double scale)
+    {
+        const double unscaled = tickTable.front().interval * scale;
+        if (!(scalar * unscaled >= 2.0))
+            return;
+        const qint64 from = step;
+        const qint64 least = std::numeric_limits<int>::min();
+        setStep(from - firstAfter(0, from - least, [&](qint64 down) {
+                    return !(scalarAt(from - down) * unscaled >= 2.0);
+                }));
+    }
+
+    // Goes up to the first power of the base at which any entry is two pixels wide, or else the
+    // scalar is infinite.
+    void ascend(double scale)
+    {
+        const qint64 last = std::numeric_limits<int>::max();
+        setStep(firstAfter(qint64(step) - 1, last, [&](qint64 n) {
+            const double scalarThere = scalarAt(n);
+            const auto isWide = [&](const tickEntry_t& entry) {
+                return scale * (scalarThere * entry.interval) >= 2.0;
+            };
+            return !std::isfinite(scalarThere) ||
+                   std::any_of(tickTable.begin(), tickTable.end(), isWide);
+        }));
+    }
+
+    // Chooses the major interval, by way of step and majorFit. Nothing if there is no scale to
+    // speak of, or no entry will do.
     std::optional<choice_t> search(const ruler_t& ruler)
     {
         const double scale = std::abs(pxScale);
         if (pixels == 0 || scale == 0.0 || !std::isfinite(scale) || tickTable.empty())
             return std::nullopt;
         const bool isScaled = multiplierBase > 1.0 && std::isfinite(multiplierBase);
-        unsigned entriesTried = 0;
-        unsigned labelsTried = 0;
+        int stride = 0;     // to the next step
+        int longStride = 0; // the same, once the search has taken long: intervals grow by 1 %
         if (isScaled) {
-            const double unscaled = tickTable.front().interval * scale;
-            while (scalar * unscaled >= 2.0) {
-                if (++entriesTried > maxEntriesTried)
-                    return std::nullopt;
-                setStep(step - 1);
-            }
+            descend(scale);
+            ascend(scale);
+            stride = 1;
+            longStride = std::max(1, truncated(std::log(1.01) / std::log(multiplierBase)));
         }
-        int smallestStep = std::numeric_limits<int>::max(); // at which an entry had 2 pixels
+        const int firstStep = step; // at which an entry has 2 pixels, if one has
+        unsigned tried = 0;
         for (;;) {
             for (std::size_t i = 0; i < tickTable.size(); ++i) {
-                if (++entriesTried > maxEntriesTried || labelsTried > maxLabelsTried)
-                    return std::nullopt;
+                ++tried;
                 const double value = scalar * tickTable[i].interval;
                 if (!(scale * value >= 2.0))
                     continue;
-                smallestStep = std::min(smallestStep, step);
                 if (i == 0 && value > std::abs(range)) {
                     // Deliberate: the first entry counts, though it may have less than 2 pixels
                     // at this step.
-                    setStep(smallestStep);
+                    setStep(firstStep);
                     return choice_t{&tickTable.front(), false};
                 }
-                if (labelFit(ruler, value, labelsTried))
+                if (labelFit(ruler, value, tried))
                     return choice_t{&tickTable[i], true};
             }
-            if (!isScaled || !std::isfinite(scalar))
+            if (tried > maxTriedOneByOne)
+                stride = longStride;
+            if (stride == 0 || !std::isfinite(scalar) ||
+                step > std::numeric_limits<int>::max() - stride)
                 return std::nullopt;
-            setStep(step + 1);
+            setStep(step + stride);
         }
     }
 };

@@ -103,7 +103,7 @@ public:
     /// at first 1, 2, 2.5 and 5 with 10 minor parts each, and 10. They are tried in the order
     /// given, and take effect when the ticks are next computed; while there are no ticks, that is
     /// at the next paint. An empty table gives no ticks. A base that isn't above 1 isn't scaled
-    /// with.
+    /// with. With a base below 1.01, a search that tries many labels goes on in steps of 1 %.
     void tickTable(const std::vector<tickEntry_t>& table, double base);
 
     double start() const; ///< The value at the start of the axis.
