@@ -7,6 +7,7 @@
 #include <QApplication>
 #include <QMetaMethod>
 #include <QPainter>
+#include <QRegularExpression>
 #include <QTest>
 #include <algorithm>
 #include <cmath>
@@ -265,6 +266,7 @@ private Q_SLOTS:
     void survivesExtremeRanges();
     void drawsWhatThePlainOneDraws();
     void drawsMillionsOfSamples();
+    void drawsTheSameOnDenseDisplays_data();
     void drawsTheSameOnDenseDisplays();
 
     // Misuse.
@@ -769,7 +771,8 @@ void tst_histogram::drawsMillionsOfSamples()
     }
 }
 
-// With several device pixels to a pixel the bars are lines as before.
+// With several device pixels to a pixel the bars are lines as before. Prints the width in device
+// pixels, the first difference from the plain one, and the first one that partial painting makes.
 static int drawOnDenseDisplay()
 {
     random_t random;
@@ -790,15 +793,38 @@ static int drawOnDenseDisplay()
         QPainter painter(&wanted);
         twins.plain.paint(painter, twins.histogram.size(), twins.histogram.palette());
     }
-    std::printf("%d: %s\n", wanted.width(),
-                qPrintable(firstDifference(shown(twins.histogram), wanted)));
+    const QImage whole = shown(twins.histogram);
+    std::printf("%d: %s\n", wanted.width(), qPrintable(firstDifference(whole, wanted)));
+    QString partial;
+    for (int i = 0; i < 100 && partial.isEmpty(); ++i) {
+        twins.histogram.update(QRect(random.integer(-10, 100), random.integer(-10, 60),
+                                     random.integer(1, 40), random.integer(1, 60)));
+        if (random.chance(0.3))
+            twins.histogram.update(QRect(random.integer(0, 99), 0, 1, 60));
+        partial = firstDifference(shown(twins.histogram), whole);
+    }
+    std::printf("partial: %s\n", qPrintable(partial));
     return EXIT_SUCCESS;
+}
+
+void tst_histogram::drawsTheSameOnDenseDisplays_data()
+{
+    QTest::addColumn<int>("width");
+    QTest::newRow("1") << 100;
+    QTest::newRow("1.25") << 125;
+    QTest::newRow("1.5") << 150;
+    QTest::newRow("1.75") << 175;
+    QTest::newRow("2") << 200;
+    QTest::newRow("3") << 300;
 }
 
 void tst_histogram::drawsTheSameOnDenseDisplays()
 {
-    const childOutcome_t child = runChild("drawOnDenseDisplay", {"QT_SCALE_FACTOR=2"});
-    QCOMPARE(child.said.value(child.said.size() - 1), QString("200: "));
+    QFETCH(int, width);
+    const QString factor = QStringLiteral("QT_SCALE_FACTOR=") + QTest::currentDataTag();
+    const childOutcome_t child = runChild("drawOnDenseDisplay", {factor});
+    const QStringList said = child.said.filter(QRegularExpression("^(\\d+|partial): "));
+    QCOMPARE(said, QStringList({QStringLiteral("%1: ").arg(width), "partial: "}));
     QVERIFY(!child.crashed);
     QCOMPARE(child.exitCode, EXIT_SUCCESS);
 }

@@ -303,7 +303,10 @@ void histogram_t::paintEvent(QPaintEvent* event)
     m_d->m_lineN.clear();
     m_d->m_lineH.clear();
     const int bottom = height() - 1;
-    for (int x = event->rect().left(); x <= event->rect().right(); ++x) {
+    // With several device pixels to a pixel a bar's line reaches half a pixel to the left, so the
+    // damage shows a part of the next column's, too.
+    const int right = std::min(event->rect().right() + 1, width() - 1);
+    for (int x = event->rect().left(); x <= right; ++x) {
         const double from = x * valuePerPixel;
         const double to = (x + 1) * valuePerPixel;
         const unsigned count = m_d->countBetween(from * binsPerValue, to * binsPerValue);
