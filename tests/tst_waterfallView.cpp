@@ -47,6 +47,13 @@ public:
     }
 };
 
+// A view whose subclass calls on what it overrides.
+class openView_t : public baseWaterfallView_t
+{
+public:
+    using baseWaterfallView_t::enterEvent;
+};
+
 // Everything that a view announces, in order, and whether the view was at it by then.
 class viewLog_t
 {
@@ -259,6 +266,7 @@ private Q_SLOTS:
 
     // The pointer.
     void tracksThePointerWhileItIsInside();
+    void tracksThePointerForASubclassThatHandlesEntering();
     void tellsWhatIsUnderThePointer();
     void tellsWhatComesUnderThePointer();
     void tellsAChangedItemUnderThePointerOnly();
@@ -1074,6 +1082,14 @@ void tst_waterfallView::tracksThePointerWhileItIsInside()
     QCursor::setPos(1900, 1190);
     QTRY_VERIFY(!waterfall.view.hasMouseTracking());
     QCOMPARE(waterfall.log->take(), QStringList{nothingPointedAt});
+}
+
+void tst_waterfallView::tracksThePointerForASubclassThatHandlesEntering()
+{
+    openView_t view;
+    QEnterEvent enter(QPointF(1.0, 1.0), QPointF(1.0, 1.0), QPointF(1.0, 1.0));
+    view.enterEvent(&enter);
+    QVERIFY(view.hasMouseTracking());
 }
 
 void tst_waterfallView::tellsWhatIsUnderThePointer()

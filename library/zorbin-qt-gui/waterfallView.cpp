@@ -328,14 +328,6 @@ void baseWaterfallView_t::signalPointedItemChanged()
     Q_EMIT pointedItemChanged(index, coord);
 }
 
-// Entering is handled here, since the type of enterEvent()'s argument depends on the Qt version.
-bool baseWaterfallView_t::event(QEvent* event)
-{
-    if (event->type() == QEvent::Enter)
-        setMouseTracking(true);
-    return QWidget::event(event);
-}
-
 void baseWaterfallView_t::changeEvent(QEvent* event)
 {
     QWidget::changeEvent(event);
@@ -347,6 +339,11 @@ void baseWaterfallView_t::mouseMoveEvent(QMouseEvent* event)
 {
     m_d->pointPos = pointerPos(event);
     signalPointedItemChanged();
+}
+
+void baseWaterfallView_t::enterEvent(enterEvent_t* /*event*/)
+{
+    setMouseTracking(true);
 }
 
 void baseWaterfallView_t::leaveEvent(QEvent* /*event*/)

@@ -81,10 +81,18 @@ Q_SIGNALS:
     /// outside the widget the least int and NaN.
     void pointedItemChanged(int index_, double coord_);
 
+private:
+#if QT_VERSION >= QT_VERSION_CHECK(6, 0, 0)
+    using enterEvent_t = QEnterEvent;
+#else
+    using enterEvent_t = QEvent;
+#endif
+
 protected:
-    bool event(QEvent* event) override;
     void changeEvent(QEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
+    /// Switches mouse tracking on. The event's type depends on the Qt version.
+    void enterEvent(enterEvent_t* event) override;
     void leaveEvent(QEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
