@@ -1,7 +1,6 @@
 #include "colorer.h"
 
 #include "colorer_p.h"
-#include "palette.h"
 
 namespace zorbin_qt_gui {
 

@@ -1,4 +1,5 @@
 #pragma once
+#include "palette.h"
 #include "zorbinQtGuiExport.h"
 
 #include <QRgb>
@@ -6,7 +7,6 @@
 #include <vector>
 
 namespace zorbin_qt_gui {
-class palette_t;
 
 /// Maps a sample (a depth, an intensity, a backscatter value) to a colour of a table that it took
 /// from a palette. How a value selects an entry is the subclass's business: rangeColorer_t

@@ -1,8 +1,6 @@
 #include "waterfallView.h"
 
 #include "qtCompat_p.h"
-#include "waterfallModel.h"
-#include "waterfallRenderer.h"
 
 #include <QImage>
 #include <QPaintEvent>

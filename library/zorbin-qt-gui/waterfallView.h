@@ -1,12 +1,12 @@
 #pragma once
+#include "waterfallModel.h"
+#include "waterfallRenderer.h"
 #include "zorbinQtGuiExport.h"
 
 #include <QWidget>
 #include <memory>
 
 namespace zorbin_qt_gui {
-class baseWaterfallModel_t;
-class baseWaterfallRenderer_t;
 struct baseWaterfallViewPrivate_t;
 
 /// Stacks the items of a waterfall as lines, one pixel each, the newest at the top, or at the right
