@@ -1,13 +1,18 @@
 #include "messageRecorder.h"
 #include "notifierWidget.h"
+#include "pictures.h"
+#include "randomNumbers.h"
 
 #include <QBoxLayout>
+#include <QElapsedTimer>
 #include <QFrame>
 #include <QLabel>
 #include <QMetaMethod>
 #include <QMoveEvent>
+#include <QPainter>
 #include <QPointer>
 #include <QTest>
+#include <QTimer>
 #include <algorithm>
 #include <iterator>
 #include <memory>
@@ -30,6 +35,119 @@ static QFrame* frameOf(QWidget* notification)
 {
     return qobject_cast<QFrame*>(notification->parentWidget());
 }
+
+// A field in one colour, which an application changes as it does a read-out.
+class field_t : public QWidget
+{
+public:
+    void setColor(const QColor& color)
+    {
+        m_color = color;
+        update();
+    }
+
+protected:
+    void paintEvent(QPaintEvent* /*event*/) override { QPainter(this).fillRect(rect(), m_color); }
+
+private:
+    QColor m_color = Qt::red;
+};
+
+// A notifier on the screen, a window itself or all of one.
+struct board_t
+{
+    explicit board_t(bool isWindow)
+    {
+        if (isWindow) {
+            notifier = new notifierWidget_t;
+            window.reset(notifier);
+        } else {
+            window = std::make_unique<QWidget>();
+            notifier = new notifierWidget_t(window.get());
+            auto* const layout = new QVBoxLayout(window.get());
+            layout->setContentsMargins(0, 0, 0, 0);
+            layout->addWidget(notifier);
+        }
+        window->resize(300, 200);
+        window->show();
+    }
+
+    // The colour on the screen near the top.
+    QColor color() const { return shown(*window).pixelColor(150, 10); }
+
+    std::unique_ptr<QWidget> window;
+    notifierWidget_t* notifier;
+};
+
+// Requests layouts of a notifier and watches that it settles after them in time: 20 ms after the
+// last one or 100 ms after the first one, whichever is sooner. A timer that is started after
+// another one, for longer, comes after that one even if both are late; so this asks for no speed.
+class settlingWatch_t : public QObject
+{
+public:
+    settlingWatch_t(notifierWidget_t* notifier, QWidget* strip)
+        : m_notifier(notifier), m_strip(strip)
+    {
+        for (QTimer* const timer : {&m_afterLast, &m_afterFirst}) {
+            timer->setTimerType(Qt::PreciseTimer);
+            timer->setSingleShot(true);
+            connect(timer, &QTimer::timeout, this, [this] { note(!m_isPending, "is late"); });
+        }
+        strip->installEventFilter(this);
+    }
+
+    void request()
+    {
+        const bool isFirst = !m_isPending;
+        m_isPending = true;
+        m_strip->move(0, -1000); // settling moves it back
+        if (isFirst)
+            m_sinceFirst.start();
+        m_sinceLast.start();
+        QEvent layoutRequest(QEvent::LayoutRequest);
+        QCoreApplication::sendEvent(m_notifier, &layoutRequest);
+        if (isFirst)
+            m_afterFirst.start(101);
+        m_afterLast.start(21);
+    }
+
+    int settlings() const { return m_settlings; }
+    QString fault() const { return m_fault; }
+
+    bool eventFilter(QObject*, QEvent* event) override
+    {
+        if (event->type() != QEvent::Move || static_cast<QMoveEvent*>(event)->pos().y() < 0)
+            return false;
+        note(m_isPending, "settles twice");
+        note(m_sinceLast.nsecsElapsed() >= 20000000 || m_sinceFirst.nsecsElapsed() >= 100000000,
+             "is early");
+        ++m_settlings;
+        m_isPending = false;
+        m_afterLast.stop();
+        m_afterFirst.stop();
+        return false;
+    }
+
+private:
+    void note(bool isRight, const char* fault)
+    {
+        if (!isRight && m_fault.isEmpty())
+            m_fault = QStringLiteral("%1, after %2 ms, of which %3 without a request")
+                          .arg(fault)
+                          .arg(m_sinceFirst.elapsed())
+                          .arg(m_sinceLast.elapsed());
+    }
+
+    notifierWidget_t* const m_notifier;
+    QWidget* const m_strip;
+    bool m_isPending = false; // has not settled since the last request
+    QElapsedTimer m_sinceFirst;
+    QElapsedTimer m_sinceLast;
+    QTimer m_afterFirst;
+    QTimer m_afterLast;
+    int m_settlings = 0;
+    QString m_fault; // the first one
+};
 
 /// Notifications and prompts over the bottom of a main widget.
 class tst_notifierWidget : public QObject
@@ -68,7 +186,18 @@ private Q_SLOTS:
     void suspendsRepaintsUntilTheStripHasSettled_data();
     void suspendsRepaintsUntilTheStripHasSettled();
     void settlesOnceAfterABurst();
+    void settlesInTime_data();
+    void settlesInTime();
+    void suspendsRepaintsFor100MillisecondsAtMost();
     void resumesRepaintsWhileHidden();
+    void paintsWhatAChildAskedFor_data();
+    void paintsWhatAChildAskedFor();
+    void paintsAfterTheApplicationEnabledUpdates();
+    void paintsDuringEndlessLayoutRequests_data();
+    void paintsDuringEndlessLayoutRequests();
+    void paintsDuringAnEndlessResize();
+    void paintsDuringAFloodOfNotifications_data();
+    void paintsDuringAFloodOfNotifications();
 
     void slidesANotificationIn();
     void jumpsToTheEndOfTheSlide_data();
@@ -465,6 +594,62 @@ void tst_notifierWidget::settlesOnceAfterABurst()
     QVERIFY(strip()->height() >= 100);
 }
 
+void tst_notifierWidget::settlesInTime_data()
+{
+    QTest::addColumn<int>("shortest"); // time between two requests, in ms
+    QTest::addColumn<int>("longest");
+    QTest::addColumn<int>("settlings");
+    QTest::newRow("every millisecond") << 1 << 1 << 3;
+    QTest::newRow("every 10 ms") << 10 << 10 << 3;
+    QTest::newRow("every 15 ms") << 15 << 15 << 3;
+    QTest::newRow("every 50 ms") << 50 << 50 << 3;
+    QTest::newRow("as it comes") << 0 << 25 << 20;
+    QTest::newRow("with long pauses") << 10 << 60 << 20;
+}
+
+void tst_notifierWidget::settlesInTime()
+{
+    QFETCH(int, shortest);
+    QFETCH(int, longest);
+    QFETCH(int, settlings);
+    random_t random;
+    settlingWatch_t watch(m_notifier.get(), strip());
+    QTimer requests;
+    requests.setTimerType(Qt::PreciseTimer);
+    requests.setSingleShot(true);
+    connect(&requests, &QTimer::timeout, this, [&] {
+        watch.request();
+        requests.start(random.integer(shortest, longest));
+    });
+    requests.start(0);
+    QTRY_VERIFY_WITH_TIMEOUT(watch.settlings() >= settlings || !watch.fault().isEmpty(), 60000);
+    requests.stop();
+    QTRY_COMPARE(strip()->y(), 200);
+    QCOMPARE(watch.fault(), QString());
+}
+
+// The time counts from the request before the notification, if there is one.
+void tst_notifierWidget::suspendsRepaintsFor100MillisecondsAtMost()
+{
+    const auto request = [this] {
+        QEvent layoutRequest(QEvent::LayoutRequest);
+        QCoreApplication::sendEvent(m_notifier.get(), &layoutRequest);
+    };
+    bool areResumed = false;
+    QTimer latest; // comes after all that is due before, however late
+    latest.setTimerType(Qt::PreciseTimer);
+    latest.setSingleShot(true);
+    connect(&latest, &QTimer::timeout, this, [&] { areResumed = m_notifier->updatesEnabled(); });
+    QTimer requests;
+    connect(&requests, &QTimer::timeout, this, request);
+    request();
+    latest.start(101);
+    m_notifier->showNotification(ofHeight(20));
+    requests.start(5);
+    QTRY_VERIFY(!latest.isActive());
+    QVERIFY(areResumed);
+}
+
 void tst_notifierWidget::resumesRepaintsWhileHidden()
 {
     notifierWidget_t hidden;
@@ -474,6 +659,164 @@ void tst_notifierWidget::resumesRepaintsWhileHidden()
     QTRY_VERIFY(hidden.updatesEnabled());
     hidden.dismissNotification(notification);
     QTRY_VERIFY(hidden.updatesEnabled());
+}
+
+// Rows of both, a notifier that is a window and one within a window.
+template <typename... columns_t>
+static void addRows(const QString& name, columns_t... columns)
+{
+    for (const bool isWindow : {true, false}) {
+        const QString place = isWindow ? QStringLiteral("a window") : QStringLiteral("a child");
+        QTestData& row = QTest::newRow(qPrintable(place + QStringLiteral(", ") + name));
+        row << isWindow;
+        (void)(row << ... << columns);
+    }
+}
+
+void tst_notifierWidget::paintsWhatAChildAskedFor_data()
+{
+    QTest::addColumn<bool>("isWindow");
+    QTest::addColumn<QByteArray>("operation");
+    QTest::addColumn<QByteArray>("moment");
+    for (const char* const operation : {"showNotification", "showPrompt", "dismissNotification"}) {
+        for (const char* const moment : {"before", "right after", "a while after"})
+            addRows(QStringLiteral("%1 %2").arg(moment, operation), QByteArray(operation),
+                    QByteArray(moment));
+    }
+}
+
+// Qt drops the pending update of a window whose repaints are suspended, and takes no further one.
+void tst_notifierWidget::paintsWhatAChildAskedFor()
+{
+    QFETCH(bool, isWindow);
+    QFETCH(QByteArray, operation);
+    QFETCH(QByteArray, moment);
+    const board_t board(isWindow);
+    QVERIFY(QTest::qWaitForWindowExposed(board.window.get()));
+    auto* const field = new field_t;
+    board.notifier->setMainWidget(field);
+    QWidget* const widget = ofHeight(20);
+    if (operation == "dismissNotification")
+        board.notifier->showNotification(widget);
+    QTRY_VERIFY(board.notifier->updatesEnabled());
+    QTRY_COMPARE(board.color(), QColor(Qt::red));
+    if (moment == "before")
+        field->setColor(Qt::blue);
+    QVERIFY(
+        QMetaObject::invokeMethod(board.notifier, operation.constData(), Q_ARG(QWidget*, widget)));
+    if (moment == "a while after")
+        QCoreApplication::processEvents();
+    if (moment != "before")
+        field->setColor(Qt::blue);
+    QTRY_COMPARE(board.color(), QColor(Qt::blue));
+}
+
+// The application suspends repaints itself, too, and resumes them before the strip has settled.
+void tst_notifierWidget::paintsAfterTheApplicationEnabledUpdates()
+{
+    auto* const field = new field_t;
+    m_notifier->setMainWidget(field);
+    m_notifier->showPrompt(ofHeight(20));
+    settle();
+    QTRY_COMPARE(shown(*m_notifier).pixelColor(150, 10), QColor(Qt::red));
+    field->setColor(Qt::green);
+    m_notifier->showPrompt(ofHeight(20)); // moves nothing
+    QCoreApplication::processEvents();    // the pending update is gone
+    m_notifier->setUpdatesEnabled(false);
+    m_notifier->setUpdatesEnabled(true);
+    field->setColor(Qt::blue);
+    QTRY_COMPARE(shown(*m_notifier).pixelColor(150, 10), QColor(Qt::blue));
+}
+
+// Counts how often a widget is painted.
+class paintCounter_t : public QObject
+{
+public:
+    explicit paintCounter_t(QWidget* widget) { widget->installEventFilter(this); }
+
+    int count() const { return m_count; }
+
+    bool eventFilter(QObject*, QEvent* event) override
+    {
+        m_count += event->type() == QEvent::Paint ? 1 : 0;
+        return false;
+    }
+
+private:
+    int m_count = 0;
+};
+
+void tst_notifierWidget::paintsDuringEndlessLayoutRequests_data()
+{
+    QTest::addColumn<bool>("isWindow");
+    QTest::addColumn<int>("interval"); // ms
+    for (const int interval : {15, 10, 1, 0})
+        addRows(QStringLiteral("every %1 ms").arg(interval), interval);
+}
+
+void tst_notifierWidget::paintsDuringEndlessLayoutRequests()
+{
+    QFETCH(bool, isWindow);
+    QFETCH(int, interval);
+    const board_t board(isWindow);
+    auto* const page = new QWidget;
+    auto* const label = new QLabel;
+    (new QVBoxLayout(page))->addWidget(label);
+    board.notifier->setMainWidget(page);
+    QVERIFY(QTest::qWaitForWindowExposed(board.window.get()));
+    int value = 0;
+    QTimer values; // a label asks for a layout with each text
+    connect(&values, &QTimer::timeout, this, [&] { label->setText(QString::number(++value)); });
+    values.start(interval);
+    board.notifier->showNotification(ofHeight(20));
+    const paintCounter_t paints(label);
+    QTRY_VERIFY(paints.count() >= 10);
+    QTRY_VERIFY(board.notifier->updatesEnabled());
+}
+
+void tst_notifierWidget::paintsDuringAnEndlessResize()
+{
+    QWidget window;
+    window.resize(300, 300);
+    auto* const notifier = new notifierWidget_t(&window);
+    auto* const field = new field_t;
+    notifier->setMainWidget(field);
+    window.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&window));
+    QTimer resizes;
+    connect(&resizes, &QTimer::timeout, notifier,
+            [notifier] { notifier->resize(300, notifier->height() == 200 ? 201 : 200); });
+    resizes.start(5);
+    notifier->showNotification(ofHeight(20));
+    const paintCounter_t paints(field);
+    QTRY_VERIFY(paints.count() >= 3);
+}
+
+void tst_notifierWidget::paintsDuringAFloodOfNotifications_data()
+{
+    QTest::addColumn<bool>("isWindow");
+    addRows(QStringLiteral("every 10 ms"));
+}
+
+void tst_notifierWidget::paintsDuringAFloodOfNotifications()
+{
+    QFETCH(bool, isWindow);
+    const board_t board(isWindow);
+    auto* const field = new field_t;
+    board.notifier->setMainWidget(field);
+    QVERIFY(QTest::qWaitForWindowExposed(board.window.get()));
+    QPointer<QWidget> notification;
+    QTimer flood;
+    connect(&flood, &QTimer::timeout, this, [&] {
+        field->update();
+        delete notification;
+        notification = ofHeight(20);
+        board.notifier->showNotification(notification);
+    });
+    flood.start(10);
+    QTRY_VERIFY(notification != nullptr);
+    const paintCounter_t paints(field);
+    QTRY_VERIFY(paints.count() >= 3);
 }
 
 void tst_notifierWidget::slidesANotificationIn()

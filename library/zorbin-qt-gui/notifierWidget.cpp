@@ -1,6 +1,7 @@
 #include "notifierWidget.h"
 
 #include <QBoxLayout>
+#include <QCoreApplication>
 #include <QEvent>
 #include <QFrame>
 #include <QPointer>
@@ -12,7 +13,8 @@ namespace zorbin_qt_gui {
 namespace {
 
 constexpr int slideMs = 200;
-constexpr int settleMs = 20;
+constexpr int settleMs = 20;          // after the last change
+constexpr int settleAtLatestMs = 100; // after the first change since the strip settled
 
 bool isNull(const QWidget* widget, const char* operation)
 {
@@ -43,15 +45,27 @@ struct notifierWidgetPrivate_t
         notifier->show();
         animation.setPropertyName("geometry");
         animation.setDuration(slideMs);
-        updateTimer.setSingleShot(true);
+        for (QTimer* const timer : {&updateTimer, &latestTimer}) {
+            timer->setTimerType(Qt::PreciseTimer);
+            timer->setSingleShot(true);
+        }
     }
 
     // What every change begins with.
     void beginChange()
     {
         owner->setUpdatesEnabled(false);
-        updateTimer.start(settleMs); // a hidden widget gets no layout request
+        settleLater(); // a hidden widget gets no layout request
         finishSlide();
+    }
+
+    // The second timer goes on through further changes, or changes without a pause would put
+    // settling off for ever.
+    void settleLater()
+    {
+        updateTimer.start(settleMs);
+        if (!latestTimer.isActive())
+            latestTimer.start(settleAtLatestMs);
     }
 
     void finishSlide()
@@ -97,7 +111,8 @@ struct notifierWidgetPrivate_t
     QVBoxLayout* const notifierLayout;
     QStackedLayout* const promptLayout;
     QPropertyAnimation animation; // its target is the notification that slides or is about to
-    QTimer updateTimer;
+    QTimer updateTimer;           // both run from a change until the strip settles
+    QTimer latestTimer;
 };
 
 notifierWidget_t::notifierWidget_t(QWidget* parent)
@@ -105,7 +120,8 @@ notifierWidget_t::notifierWidget_t(QWidget* parent)
 {
     connect(&m_d->animation, &QAbstractAnimation::finished, this,
             &notifierWidget_t::animationFinished);
-    connect(&m_d->updateTimer, &QTimer::timeout, this, &notifierWidget_t::updateNotificationArea);
+    for (const QTimer* const timer : {&m_d->updateTimer, &m_d->latestTimer})
+        connect(timer, &QTimer::timeout, this, &notifierWidget_t::updateNotificationArea);
 }
 
 notifierWidget_t::~notifierWidget_t() = default;
@@ -195,9 +211,9 @@ bool notifierWidget_t::event(QEvent* event)
 {
     if (event->type() == QEvent::Resize) {
         m_d->finishSlide();
-        m_d->updateTimer.start(settleMs);
+        m_d->settleLater();
     } else if (event->type() == QEvent::LayoutRequest) {
-        m_d->updateTimer.start(settleMs);
+        m_d->settleLater();
     }
     return QWidget::event(event);
 }
@@ -205,11 +221,17 @@ bool notifierWidget_t::event(QEvent* event)
 // The strip covers the bottom of the widget. Restores repainting.
 void notifierWidget_t::updateNotificationArea()
 {
+    m_d->updateTimer.stop();
+    m_d->latestTimer.stop();
     const int stripHeight = m_d->notifier->sizeHint().height();
     m_d->notifier->setGeometry(0, height() - stripHeight, width(), stripHeight);
     if (m_d->isAnimated && m_d->animation.targetObject() != nullptr)
         m_d->animation.start();
     setUpdatesEnabled(true);
+    // Qt drops the update request of a window whose updates are disabled, takes it for pending all
+    // the same and posts no other one.
+    if (isWindow())
+        QCoreApplication::postEvent(this, new QEvent(QEvent::UpdateRequest), Qt::LowEventPriority);
 }
 
 void notifierWidget_t::animationFinished()

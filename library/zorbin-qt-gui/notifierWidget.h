@@ -11,7 +11,11 @@ struct notifierWidgetPrivate_t;
 ///
 /// Notifications are the application's own widgets, stacked with the newest on top; when animated,
 /// they slide in from below. Prompts share one place below them, where the newest covers those
-/// before. The strip settles 20 ms after it was last changed; until then nothing is repainted.
+/// before.
+///
+/// The strip settles 20 ms after the last of a burst of changes, layout requests and resizes, and
+/// at the latest 100 ms after the first one since it last settled. From a call that shows or
+/// dismisses a widget until the strip settles nothing is repainted; then everything is.
 ///
 /// Widgets handed in become children of this one. A widget that was dismissed stays so, hidden,
 /// until the application deletes it; deleting a shown one removes it. GUI thread only.
