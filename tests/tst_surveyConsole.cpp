@@ -4,6 +4,8 @@
 #include "mainWindow.h"
 #include "messageRecorder.h"
 #include "notices.h"
+#include "notifierWidget.h"
+#include "paintLog.h"
 #include "palette.h"
 #include "paletteChooser.h"
 #include "pictures.h"
@@ -37,6 +39,7 @@
 #include <QSlider>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QTimer>
 #include <QToolButton>
 #include <QWheelEvent>
 #include <cmath>
@@ -46,6 +49,7 @@
 using namespace survey_console;
 using zorbin_qt_gui::colorPicker_t;
 using zorbin_qt_gui::latLonEditor_t;
+using zorbin_qt_gui::notifierWidget_t;
 using zorbin_qt_gui::palette_t;
 using zorbin_qt_gui::stripChart_t;
 
@@ -273,6 +277,7 @@ private Q_SLOTS:
     void namesDamage();
     void chartKeepsItsHeightWhenAReadOutComes();
     void tellsOfStartAndEnd();
+    void showsNoticesWhileValuesChange();
     void asksBeforeItReplaysAnother();
     void goesOnWhenTheUserThinksBetter();
     void saysWhyARecordingCannotBeRead();
@@ -900,6 +905,32 @@ void tst_surveyConsole::tellsOfStartAndEnd()
     console.pass(LENGTH);
     QCOMPARE(notices->texts(),
              QStringList({"Depth: nothing since 00:03:20 UTC", "End of the recording"}));
+}
+
+// Labels ask for a layout with each value, here more often than a notifier waits for.
+void tst_surveyConsole::showsNoticesWhileValuesChange()
+{
+    console_t console;
+    QVERIFY(console.isReady());
+    auto* const notifier = console.window.findChild<notifierWidget_t*>();
+    const QSize size = notifier->size();
+    int second = 0;
+    QTimer values; // headings that differ
+    connect(&values, &QTimer::timeout, this, [&] {
+        second = 6 - second;
+        console.clock()->seek(START + second);
+    });
+    values.start(5);
+    console.clock()->setRunning(true);
+    console.pass(0.1);
+    auto* const frame = console.find<QLabel>("noticeLabel")->parentWidget()->parentWidget();
+    const auto bottom = [&] { return frame->mapTo(notifier, QPoint(0, frame->height())).y(); };
+    QTRY_VERIFY(notifier->updatesEnabled());
+    QTRY_COMPARE(bottom(), notifier->height()); // has slid in
+    paintLog_t painted(console.label(PANEL_HEADING, "valueLabel0"));
+    QRegion paintedSoFar;
+    QTRY_VERIFY(!(paintedSoFar += painted.take()).isEmpty());
+    QCOMPARE(notifier->size(), size);
 }
 
 void tst_surveyConsole::asksBeforeItReplaysAnother()

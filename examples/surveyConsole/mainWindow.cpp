@@ -3,7 +3,6 @@
 #include "chartPanel.h"
 #include "depthPanel.h"
 #include "labels.h"
-#include "layoutStop.h"
 #include "navigationPanel.h"
 #include "notices.h"
 #include "notifierWidget.h"
@@ -114,7 +113,7 @@ mainWindow_t::mainWindow_t(const QString& lineName, readResult_t line,
     makeMenu();
     addPage(PAGE_CHARTS, makeChartPage(), tr("Charts"));
     showPage(PAGE_CHARTS);
-    m_notifier->setMainWidget(new layoutStop_t(m_pages));
+    m_notifier->setMainWidget(m_pages);
     m_notifier->setAnimated(true);
     theme::setUpNotifier(m_notifier);
 
