@@ -78,6 +78,9 @@ public:
     using scalableTextWidget_t::scalableTextWidget_t;
 };
 
+using setSpacing_t = void (*)(QFont&, int);
+Q_DECLARE_METATYPE(setSpacing_t)
+
 /// One line of text as large as the widget allows.
 class tst_scalableTextWidget : public QObject
 {
@@ -99,6 +102,8 @@ private Q_SLOTS:
     void endsAtASinglePoint_data();
     void endsAtASinglePoint();
     void findsWhatASearchSizeBySizeFinds();
+    void fitsTextOfNegativeSpacing_data();
+    void fitsTextOfNegativeSpacing();
     void endsInTheGreatestWidget();
     void keepsTheSizeOfABitmapFontOfOneSize();
     void findsWhereABitmapFontJumps_data();
@@ -314,7 +319,11 @@ void tst_scalableTextWidget::findsWhatASearchSizeBySizeFinds()
         font.setBold(random.chance(0.3));
         font.setItalic(random.chance(0.3));
         if (random.chance(0.3))
-            font.setLetterSpacing(QFont::AbsoluteSpacing, random.real(-1.0, 5.0));
+            font.setLetterSpacing(QFont::AbsoluteSpacing, random.real(-10.0, 5.0));
+        else if (random.chance(0.3))
+            font.setLetterSpacing(QFont::PercentageSpacing, random.real(-100.0, 200.0));
+        if (random.chance(0.3))
+            font.setWordSpacing(random.real(-30.0, 10.0));
         m_widget->setFont(font);
         m_widget->resize(random.integer(1, 400), random.integer(1, 120));
         const int wanted = fittedPoints(text, m_widget->font(), m_widget->size());
@@ -327,6 +336,53 @@ void tst_scalableTextWidget::findsWhatASearchSizeBySizeFinds()
                                 .arg(m_widget->width())
                                 .arg(m_widget->height())
                                 .arg(font.toString())));
+    }
+}
+
+void tst_scalableTextWidget::fitsTextOfNegativeSpacing_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<setSpacing_t>("setSpacing");
+    QTest::addColumn<int>("first");
+    QTest::addColumn<int>("last");
+    const auto row = [](const char* name, const char* text, int first, int last,
+                        setSpacing_t setSpacing) {
+        QTest::newRow(name) << QString(text) << setSpacing << first << last;
+    };
+    // Somewhere among the spacings the text has no width, or what a search adds to it is taken up.
+    row("of letters, in pixels", "iiii", -25, -1,
+        [](QFont& font, int spacing) { font.setLetterSpacing(QFont::AbsoluteSpacing, spacing); });
+    row("of letters, in percent", "iiii", -100, -1,
+        [](QFont& font, int spacing) { font.setLetterSpacing(QFont::PercentageSpacing, spacing); });
+    row("of words", "i i i", -50, -1,
+        [](QFont& font, int spacing) { font.setWordSpacing(spacing); });
+    row("of both, by more than a screen", "12.5 m", -10000, -10000, [](QFont& font, int spacing) {
+        font.setLetterSpacing(QFont::AbsoluteSpacing, spacing);
+        font.setWordSpacing(spacing);
+    });
+}
+
+void tst_scalableTextWidget::fitsTextOfNegativeSpacing()
+{
+    QFETCH(QString, text);
+    QFETCH(setSpacing_t, setSpacing);
+    QFETCH(int, first);
+    QFETCH(int, last);
+    for (int spacing = first; spacing <= last; ++spacing) {
+        for (const int width : {200, 3}) {
+            QFont font(QStringLiteral("DejaVu Sans"), 10);
+            setSpacing(font, spacing);
+            m_widget->setFont(font);
+            m_widget->resize(width, 60);
+            const int wanted = fittedPoints(text, m_widget->font(), m_widget->size());
+            m_widget->setText(text);
+            QVERIFY2(m_widget->font().pointSize() == wanted,
+                     qPrintable(QStringLiteral("%1 instead of %2 points, %3 wide, spacing %4")
+                                    .arg(m_widget->font().pointSize())
+                                    .arg(wanted)
+                                    .arg(width)
+                                    .arg(spacing)));
+        }
     }
 }
 

@@ -28,7 +28,8 @@ bool isWithin(QSize inner, QSize outer)
 // outcome is known. Extents are proportional to the size but for the rounding of each glyph and
 // of the line, which is less than the slack here: from the extent e at p points follows one between
 // (e - slack) * s / p - slack and (e + slack) * s / p + slack at s points. The size that a search
-// jumps to is tried; should it belie this, the search goes on one size at a time.
+// jumps to is tried; should it belie this, as it may where a negative spacing in pixels stays the
+// same at all sizes, the search goes on one size at a time.
 class fitting_t
 {
 public:
@@ -95,15 +96,19 @@ private:
 
     QSize slack() const { return {2 * static_cast<int>(m_text.size()) + 4, 4}; }
 
-    // The greatest size, at most maxPoints, up to which the text is certainly within `room`.
+    // The greatest size, at most maxPoints, up to which the text is certainly within `room`; the
+    // present one if there is none.
     int greatestWithin(QSize room) const
     {
-        const auto greatest = [this](qint64 extent, qint64 slack, qint64 most) {
+        const auto greatest = [this](qint64 extent, qint64 slack, qint64 most) -> qint64 {
+            if (extent + slack <= 0) // letters set into each other by a negative spacing
+                return maxPoints;
             return (most - slack) * m_points / (extent + slack);
         };
         const qint64 byWidth = greatest(m_extent.width(), slack().width(), room.width());
         const qint64 byHeight = greatest(m_extent.height(), slack().height(), room.height());
-        return static_cast<int>(std::min<qint64>({byWidth, byHeight, maxPoints}));
+        return static_cast<int>(
+            std::clamp<qint64>(std::min(byWidth, byHeight), m_points, maxPoints));
     }
 
     // The least size, at least 1, from which on up to the present one the text is certainly not
