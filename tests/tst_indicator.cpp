@@ -51,6 +51,11 @@ static QImage disc(const indicator_t& lamp, const QColor& color)
     return picture;
 }
 
+static bool showsRed(indicator_t& lamp)
+{
+    return snapshot(lamp).pixelColor(10, 10) == QColor(Qt::red);
+}
+
 using change_t = void (*)(indicator_t&);
 Q_DECLARE_METATYPE(change_t)
 
@@ -91,6 +96,7 @@ private Q_SLOTS:
     void alertsEvery500Milliseconds();
     void startsTheClockInTheDarkPhase();
     void makesTheClockForTheFirstBlinkingLamp();
+    void blinksInALaterApplication();
     void leavesTheClockAloneWhenDeleted();
     void survivesTheDeletionOfLampsDuringAnAlert();
 
@@ -428,6 +434,14 @@ void tst_indicator::makesTheClockForTheFirstBlinkingLamp()
     QCOMPARE(child.exitCode, 0);
 }
 
+void tst_indicator::blinksInALaterApplication()
+{
+    const childOutcome_t child = runChild(QStringLiteral("three applications"));
+    QVERIFY(!child.crashed);
+    QCOMPARE(child.exitCode, 0);
+    QCOMPARE(child.said, QStringList());
+}
+
 void tst_indicator::leavesTheClockAloneWhenDeleted()
 {
     indicator_t::alertTimer_t* const clock = blinkClock();
@@ -481,8 +495,23 @@ int main(int argc, char* argv[])
         // A clock made before would be in its second phase by now.
         return blinkClock()->drawOn() ? 1 : 0;
     });
+    bareChildScenarios_t bareScenarios;
+    bareScenarios.insert("three applications", [](int& count, char** arguments) {
+        for (int i = 0; i < 3; ++i) {
+            const QApplication application(count, arguments);
+            indicator_t lamp;
+            lamp.resize(20, 20);
+            lamp.setColor(Qt::red);
+            lamp.alertWhenOn(true);
+            for (const bool isLit : {true, false, true}) {
+                if (!QTest::qWaitFor([&] { return showsRed(lamp) == isLit; }, 20000))
+                    return i + 1;
+            }
+        }
+        return 0;
+    });
     tst_indicator tests;
-    return runTestsOrScenario(argc, argv, tests, scenarios);
+    return runTestsOrScenario(argc, argv, tests, scenarios, bareScenarios);
 }
 
 #include "tst_indicator.moc"

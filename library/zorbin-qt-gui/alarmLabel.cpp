@@ -1,4 +1,5 @@
 #include "alarmLabel.h"
+#include "numbers_p.h"
 
 #include <QApplication>
 #include <QPalette>
@@ -8,9 +9,16 @@
 #include <zorbin/usleep.h>
 
 namespace zorbin_qt_gui {
+namespace {
+
+constexpr int tickMs = 500;
+
+} // namespace
 
 struct alarmLabel_t::alarmLabelData_t
 {
+    static void startTimer();
+
     static QTimer* alarmTimer; // ticks for all labels; never deleted
 
     bool isFlashing = false;       // connected to the timer
@@ -32,8 +40,22 @@ alarmLabel_t::alarmLabel_t(QWidget* parent)
     const double now = zorbin::gettimestamp();
     const double nextSecond = std::floor(now) + 1.0;
     zorbinport::usleep(static_cast<unsigned>((nextSecond - now) * 1000000.0));
-    alarmLabelData_t::alarmTimer = new QTimer;
-    alarmLabelData_t::alarmTimer->start(500);
+    auto* const timer = new QTimer;
+    connect(timer, &QTimer::timeout, timer, [timer] {
+        if (timer->interval() != tickMs) // the first tick
+            timer->setInterval(tickMs);
+    });
+    alarmLabelData_t::alarmTimer = timer;
+    // A timer ends with its application. This is called for the present one and again whenever one
+    // is made.
+    qAddPreRoutine(&alarmLabelData_t::startTimer);
+}
+
+// Starts the ticks, the first one on the next half second of the wall clock.
+void alarmLabel_t::alarmLabelData_t::startTimer()
+{
+    const double sinceTick = std::fmod(1000.0 * zorbin::gettimestamp(), tickMs); // ms
+    alarmTimer->start(tickMs - truncated(sinceTick + 0.5) % tickMs);
 }
 
 alarmLabel_t::~alarmLabel_t() = default;

@@ -11,8 +11,10 @@ namespace zorbin_qt_gui {
 /// clock that is started on a whole second of the wall clock; one whose alarm begins while others
 /// show the flash shows its own when they don't.
 ///
-/// Making the first label of a process therefore blocks for up to a second; later ones don't. The
-/// flash uses the label's style sheet: do not set one of your own. GUI thread only.
+/// Making the first label of a process therefore blocks for up to a second; later ones don't. In a
+/// later QApplication of the process the clock goes on, in step with the wall clock as before.
+///
+/// The flash uses the label's style sheet: do not set one of your own. GUI thread only.
 /// \image html alarmLabel.png
 class ZORBIN_QT_GUI_EXPORT alarmLabel_t : public QLabel
 {

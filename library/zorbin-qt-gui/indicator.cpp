@@ -1,5 +1,6 @@
 #include "indicator.h"
 
+#include <QCoreApplication>
 #include <QPainter>
 #include <QTimer>
 #include <algorithm>
@@ -20,15 +21,18 @@ indicator_t::alertTimer_t* indicator_t::alertTimer_t::INSTANCE = nullptr;
 
 indicator_t::alertTimer_t* indicator_t::alertTimer_t::instance()
 {
-    if (INSTANCE == nullptr)
+    if (INSTANCE == nullptr) {
         INSTANCE = new alertTimer_t;
+        // A timer ends with its application. This is called for the present one and again whenever
+        // one is made.
+        qAddPreRoutine([] { INSTANCE->m_alertTimer->start(500); });
+    }
     return INSTANCE;
 }
 
 indicator_t::alertTimer_t::alertTimer_t() : m_alertTimer(new QTimer(this))
 {
     connect(m_alertTimer, &QTimer::timeout, this, &alertTimer_t::alertTimeout);
-    m_alertTimer->start(500);
 }
 
 bool indicator_t::alertTimer_t::drawOn() const

@@ -50,7 +50,8 @@ private:
     const std::unique_ptr<indicatorPrivate_t> m_d;
 };
 
-/// One object for the process, made when the first lamp blinks and never deleted.
+/// One object for the process, made when the first lamp blinks and never deleted. It goes on in
+/// each later QApplication of the process.
 class ZORBIN_QT_GUI_EXPORT indicator_t::alertTimer_t : public QObject
 {
     Q_OBJECT

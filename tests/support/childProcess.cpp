@@ -58,16 +58,20 @@ childOutcome_t runChild(const QString& scenario, const QStringList& environment)
             output.split(QLatin1Char('\n'), Qt::SkipEmptyParts)};
 }
 
-int runTestsOrScenario(int argc, char** argv, QObject& tests, const childScenarios_t& scenarios)
+int runTestsOrScenario(int argc, char** argv, QObject& tests, const childScenarios_t& scenarios,
+                       const bareChildScenarios_t& bareScenarios)
 {
-    QApplication application(argc, argv);
-    const QStringList arguments = QCoreApplication::arguments();
-    if (arguments.size() == 3 && arguments.at(1) == QLatin1String(childArgument)) {
+    const bool isChild = argc == 3 && qstrcmp(argv[1], childArgument) == 0;
+    const QString name = isChild ? QString::fromLocal8Bit(argv[2]) : QString();
+    if (isChild)
         qInstallMessageHandler(printMessage);
-        const auto scenario = scenarios.value(arguments.at(2));
-        if (!scenario)
-            qFatal("there is no scenario %s", qPrintable(arguments.at(2)));
-        return scenario();
-    }
-    return QTest::qExec(&tests, argc, argv);
+    if (const auto scenario = bareScenarios.value(name))
+        return scenario(argc, argv);
+    QApplication application(argc, argv);
+    if (!isChild)
+        return QTest::qExec(&tests, argc, argv);
+    const auto scenario = scenarios.value(name);
+    if (!scenario)
+        qFatal("there is no scenario %s", qPrintable(name));
+    return scenario();
 }

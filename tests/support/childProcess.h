@@ -20,5 +20,9 @@ using childScenarios_t = QMap<QString, std::function<int()>>;
 /// "NAME" alone removes a variable.
 childOutcome_t runChild(const QString& scenario, const QStringList& environment = {});
 
+/// Scenarios that make their applications themselves, from main()'s arguments.
+using bareChildScenarios_t = QMap<QString, std::function<int(int& argc, char** argv)>>;
+
 /// The main function of a test program with such scenarios.
-int runTestsOrScenario(int argc, char** argv, QObject& tests, const childScenarios_t& scenarios);
+int runTestsOrScenario(int argc, char** argv, QObject& tests, const childScenarios_t& scenarios,
+                       const bareChildScenarios_t& bareScenarios = {});
