@@ -1,6 +1,7 @@
 #include "jspPaletteHandler.h"
 #include "messageRecorder.h"
 #include "palette.h"
+#include "randomNumbers.h"
 
 #include <QFile>
 #include <QTemporaryDir>
@@ -13,6 +14,8 @@
 using namespace zorbin_qt_gui;
 using table_t = std::vector<unsigned int>;
 Q_DECLARE_METATYPE(table_t)
+
+constexpr int maxSize = 64 * 1024 * 1024;
 
 /// The reader of palettes in the JSP format.
 class tst_jspPaletteHandler : public QObject
@@ -34,6 +37,12 @@ private Q_SLOTS:
     void followsALink();
     void readsANameThatIsNoUtf8();
     void stopsAtTheFirstByteOfASparseFile();
+    void readsNumbersAsScanfDoes();
+    void refusesLargeFiles();
+    void readsAMillionEntries();
+    void refusesWhatCannotBeReadToItsEnd();
+    void refusesANameWithAZero();
+    void readsResources();
     void writesNothing();
 
 private:
@@ -260,10 +269,124 @@ void tst_jspPaletteHandler::readsANameThatIsNoUtf8()
 void tst_jspPaletteHandler::stopsAtTheFirstByteOfASparseFile()
 {
     write(path("a.jsp"), {});
-    QCOMPARE(truncate(path("a.jsp").c_str(), 100L * 1024 * 1024), 0);
+    QCOMPARE(truncate(path("a.jsp").c_str(), maxSize), 0);
     palette_t palette;
     QVERIFY(jspPaletteHandler_t().load(path("a.jsp"), &palette));
     QCOMPARE(palette.colorTable(), table_t());
+}
+
+// The table that fscanf() makes of a file.
+static table_t plainTable(const std::string& fileName)
+{
+    table_t table;
+    std::FILE* const file = std::fopen(fileName.c_str(), "r");
+    unsigned red = 0;
+    unsigned green = 0;
+    unsigned blue = 0;
+    while (std::fscanf(file, "%*u %u %u %u", &red, &green, &blue) == 3)
+        table.push_back(0xFF000000U | (red & 0xFFU) << 16U | (green & 0xFFU) << 8U |
+                        (blue & 0xFFU));
+    std::fclose(file);
+    return table;
+}
+
+void tst_jspPaletteHandler::readsNumbersAsScanfDoes()
+{
+    const std::vector<QByteArray> pieces = {"0",
+                                            "1",
+                                            "255",
+                                            "256",
+                                            "007",
+                                            "+8",
+                                            "-9",
+                                            "4294967297",
+                                            "18446744073709551616",
+                                            "-99999999999999999999",
+                                            "+",
+                                            "-",
+                                            "+-1",
+                                            "0x10",
+                                            "1e3",
+                                            "1.5",
+                                            ",",
+                                            "x",
+                                            "\xA0",
+                                            "\x85",
+                                            QByteArray(1, '\0'),
+                                            QByteArray(5000, '0') + "3",
+                                            QByteArray(5000, '9')};
+    const std::vector<QByteArray> blanks = {" ", " ", " ", "\n", "\t", "\r\n", "\v", "\f", ""};
+    random_t random;
+    for (int i = 0; i < 2000; ++i) {
+        QByteArray text;
+        for (int count = random.integer(0, 40); count > 0; --count)
+            text += (random.chance(0.9) ? QByteArray::number(random.integer(-300, 300))
+                                        : random.oneOf(pieces)) +
+                    random.oneOf(blanks);
+        unlink(path("a.jsp").c_str()); // some file systems take milliseconds to overwrite a file
+        write(path("a.jsp"), text);
+        palette_t palette;
+        QVERIFY(jspPaletteHandler_t().load(path("a.jsp"), &palette));
+        QVERIFY2(palette.colorTable() == plainTable(path("a.jsp")), text.constData());
+    }
+}
+
+void tst_jspPaletteHandler::refusesLargeFiles()
+{
+    const messageRecorder_t messages;
+    palette_t palette;
+    write(path("a.jsp"), QByteArray(maxSize + 1, '1'));
+    QVERIFY(!jspPaletteHandler_t().load(path("a.jsp"), &palette));
+    QCOMPARE(messages.texts(), QStringList("palette_t::load:  more than 64 MiB"));
+    palette.setColorTable({0xFF000001}, palette_t::DEPTH_24); // none was set before
+    QCOMPARE(palette.colorTable(), table_t{0xFF000001});
+    QCOMPARE(truncate(path("a.jsp").c_str(), maxSize), 0); // an entry number of so many digits
+    palette_t empty;
+    QVERIFY(jspPaletteHandler_t().load(path("a.jsp"), &empty));
+    QCOMPARE(empty.colorTable(), table_t());
+}
+
+void tst_jspPaletteHandler::readsAMillionEntries()
+{
+    const QByteArray million = QByteArray("0 1 2 3\n").repeated(1000000);
+    write(path("a.jsp"), million + "0 1 2");
+    palette_t palette;
+    QVERIFY(jspPaletteHandler_t().load(path("a.jsp"), &palette));
+    QVERIFY(palette.colorTable() == table_t(1000000, 0xFF010203));
+    write(path("b.jsp"), million + "0 1 2 3");
+    const messageRecorder_t messages;
+    palette_t other;
+    QVERIFY(!jspPaletteHandler_t().load(path("b.jsp"), &other));
+    QCOMPARE(messages.texts(), QStringList("palette_t::load:  more than 1000000 entries"));
+    QCOMPARE(other.colorTable(), table_t());
+}
+
+// The memory of a process is a regular file that can be opened but whose first page can't be read.
+void tst_jspPaletteHandler::refusesWhatCannotBeReadToItsEnd()
+{
+    const messageRecorder_t messages;
+    palette_t palette;
+    QVERIFY(!jspPaletteHandler_t().load("/proc/self/mem", &palette));
+    palette.setColorTable({0xFF000001}, palette_t::DEPTH_24); // none was set before
+    QCOMPARE(palette.colorTable(), table_t{0xFF000001});
+    QCOMPARE(messages.texts(), QStringList());
+    QVERIFY(jspPaletteHandler_t().load("/proc/self/statm", &palette)); // has no size
+}
+
+void tst_jspPaletteHandler::refusesANameWithAZero()
+{
+    write(path("a.jsp"), "0 1 2 3");
+    palette_t palette;
+    QVERIFY(!jspPaletteHandler_t().load(path("a.jsp") + '\0', &palette));
+    QVERIFY(!jspPaletteHandler_t().load(path("a.jsp") + '\0' + ".jsp", &palette));
+}
+
+void tst_jspPaletteHandler::readsResources()
+{
+    palette_t palette;
+    QVERIFY(jspPaletteHandler_t().load(":/palettes/bathy.wp", &palette));
+    QCOMPARE(palette.colorTable(), table_t()); // it isn't in this format
+    QVERIFY(!jspPaletteHandler_t().load(":/palettes/none.jsp", &palette));
 }
 
 void tst_jspPaletteHandler::writesNothing()

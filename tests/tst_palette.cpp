@@ -81,6 +81,7 @@ private Q_SLOTS:
     void savesOnlyWp_data();
     void savesOnlyWp();
     void failsToSaveToAFullDevice();
+    void refusesANameWithAZero();
     void savesAndLoadsBytesAsNames();
     void loadsStandardPalettes_data();
     void loadsStandardPalettes();
@@ -385,6 +386,24 @@ void tst_palette::failsToSaveToAFullDevice()
 {
     QCOMPARE(symlink("/dev/full", path("a.wp").c_str()), 0);
     QVERIFY(!palette_t().save(path("a.wp")));
+}
+
+void tst_palette::refusesANameWithAZero()
+{
+    write(path("a.wp"), xml(5));
+    write(path("a.jsp"), "0 6 0 0");
+    const std::string zero(1, '\0');
+    for (const std::string& name : {path("a.wp") + zero + ".wp", path("a.wp") + zero + ".xml",
+                                    path("a.jsp") + zero + ".jsp", zero + ".wp"}) {
+        palette_t palette;
+        QVERIFY(!palette.load(name));
+        QVERIFY(!palette.save(name));
+    }
+    QVERIFY(!palette_t().save(path("new.wp") + zero + ".wp"));
+    QVERIFY(!exists(path("new.wp")));
+    palette_t palette;
+    QVERIFY(palette.load(path("a.wp")));
+    QCOMPARE(palette.colorTable(), table_t{0xFF050000});
 }
 
 void tst_palette::savesAndLoadsBytesAsNames()

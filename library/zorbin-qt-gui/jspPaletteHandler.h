@@ -14,8 +14,12 @@ class ZORBIN_QT_GUI_EXPORT jspPaletteHandler_t
 {
 public:
     /// Reads \p fileName as the 24-bit table of \p palette, up to the first record that isn't
-    /// complete. Returns false only if the file can't be opened or isn't a regular file; an empty
-    /// table is fine.
+    /// complete; an empty table is fine. The name is looked up as QFile looks it up: ":/NAME" is a
+    /// resource, "PREFIX:NAME" may be in a search path. Returns false, and sets no table, if the
+    /// file
+    /// - has a name with a 0 byte, can't be opened, or is neither a regular file nor a resource;
+    /// - can't be read to its end;
+    /// - is larger than 64 MiB or has more than a million entries, which a debug message says.
     bool load(const std::string& fileName, palette_t* palette);
 
     /// Returns false: this format isn't written.

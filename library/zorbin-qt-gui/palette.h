@@ -14,8 +14,9 @@ namespace zorbin_qt_gui {
 ///
 /// A palette is filled once, from a file or by hand, and then read. The first table set for a depth
 /// stays for the object's life: load each file into a fresh palette. File names are bytes in the
-/// local encoding. Colours are 0xAARRGGBB; those from files are opaque. Needs a QApplication, from
-/// whose primary screen it takes the display's depth when it is made. GUI thread only.
+/// local encoding; a name with a 0 byte is refused. Colours
+/// are 0xAARRGGBB; those from files are opaque. Needs a QApplication, from whose primary screen it
+/// takes the display's depth when it is made. GUI thread only.
 class ZORBIN_QT_GUI_EXPORT palette_t
 {
 public:
@@ -73,7 +74,8 @@ public:
     /// returns false.
     bool load(standardPalette_t which);
     /// Writes the palette in the XML format to a file whose name ends in ".wp", in upper or lower
-    /// case. Any other name, ".xml" included, returns false and writes nothing.
+    /// case, beside a former file, which stays if that fails (xmlPaletteHandler_t::save()). Any
+    /// other name, ".xml" included, returns false and writes nothing.
     bool save(const std::string& fileName) const;
 
 private:

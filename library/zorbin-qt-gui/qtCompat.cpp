@@ -2,31 +2,20 @@
 
 #include "glWidgetBase.h"
 
-#include <QByteArray>
 #include <QOpenGLContext>
 #include <QPainter>
-#include <QXmlStreamReader>
 #include <cmath>
 #if QT_VERSION >= QT_VERSION_CHECK(6, 0, 0)
 #include <QGuiApplication>
 #include <QOffscreenSurface>
 #include <QOpenGLFunctions>
 #include <QOpenGLWidget>
-#include <QStringConverter>
 #else
 #include <QApplication>
-#include <QTextCodec>
 #endif
 
 namespace zorbin_qt_gui {
 namespace {
-
-QByteArray declaredEncoding(const QByteArray& file)
-{
-    QXmlStreamReader reader(file);
-    reader.readNext();
-    return reader.documentEncoding().toLatin1();
-}
 
 bool hasFixedFunctions(const QOpenGLContext& context)
 {
@@ -34,25 +23,6 @@ bool hasFixedFunctions(const QOpenGLContext& context)
 }
 
 } // namespace
-
-QString xmlText(const QByteArray& file)
-{
-#if QT_VERSION >= QT_VERSION_CHECK(6, 0, 0)
-    const auto marked = QStringConverter::encodingForData(file, u'<');
-    QStringDecoder decoder =
-        marked ? QStringDecoder(*marked) : QStringDecoder(declaredEncoding(file));
-    return decoder.isValid() ? decoder(file) : QString::fromUtf8(file);
-#else
-    QTextCodec* codec = QTextCodec::codecForUtfText(file, nullptr);
-    if (codec == nullptr && file.startsWith(QByteArray("<\0", 2)))
-        codec = QTextCodec::codecForName("UTF-16LE");
-    if (codec == nullptr && file.startsWith(QByteArray("\0<", 2)))
-        codec = QTextCodec::codecForName("UTF-16BE");
-    if (codec == nullptr)
-        codec = QTextCodec::codecForName(declaredEncoding(file));
-    return codec == nullptr ? QString::fromUtf8(file) : codec->toUnicode(file);
-#endif
-}
 
 QSize globalStrut()
 {

@@ -3,10 +3,9 @@
 #include <QSize>
 #include <string>
 
-class QByteArray;
 class QOpenGLContext;
 
-// All that differs between Qt 5 and Qt 6 for this library.
+// All that differs between Qt 5 and Qt 6 for this library, but for XML (xmlReader_p.h).
 
 namespace zorbin_qt_gui {
 
@@ -19,11 +18,6 @@ inline QPoint pointerPos(const QMouseEvent* event)
     return event->pos();
 #endif
 }
-
-/// The text of an XML file, by its byte order mark or the encoding that it declares, else as UTF-8.
-/// Parsers disagree about the encoding of some bytes, so they get them decoded: one parser's word
-/// about a text then holds for the other.
-QString xmlText(const QByteArray& file);
 
 /// The least size that the application asks for of all widgets.
 QSize globalStrut();

@@ -1,171 +1,147 @@
 #include "xmlPaletteHandler.h"
 
 #include "palette.h"
-#include "qtCompat_p.h"
-#include "regularFile_p.h"
+#include "paletteFile_p.h"
+#include "xmlReader_p.h"
 
-#include <QDomDocument>
-#include <QFile>
-#include <QXmlStreamReader>
-#include <QXmlStreamWriter>
-#include <fcntl.h>
+#include <algorithm>
+#include <array>
 
 namespace zorbin_qt_gui {
 namespace {
-
-constexpr qint64 maxFileSize = 16LL * 1024 * 1024;
-constexpr qint64 maxDepth = 5000;    // QDomDocument recurses, so more would overflow the stack
-constexpr qint64 maxNodes = 1000000; // at most some 800 bytes each in the tree
-constexpr qint64 maxSizeWithEntities =
-    16LL * 1024;                          // parsers expand each to 4096 characters at most
-constexpr double maxAttributePairs = 1e7; // parsers compare their names, in a fraction of a second
 
 const QLatin1String colorTableTag("colorTable");
 const QLatin1String colorTag("color");
 const QLatin1String keyedColorTableTag("keyedColorTable");
 const QLatin1String keyedColorTag("keyedColor");
 
-void reportFault(const QString& text, qint64 line, qint64 column)
+void reportFault(const xmlFault_t& fault)
 {
+    if (fault.isExcess()) {
+        reportExcess("load", fault.text);
+        return;
+    }
     // Deliberate: two blanks after the colon.
-    qDebug("palette_t::load:  %s on line %d, column %d", qPrintable(text), static_cast<int>(line),
-           static_cast<int>(column));
+    qDebug("palette_t::load:  %s on line %d, column %d", qPrintable(fault.text), fault.line,
+           fault.column);
 }
 
-bool readFile(const std::string& fileName, QByteArray& bytes)
+unsigned component(const xmlAttributes_t& attributes, const QString& name)
 {
-    const int descriptor = openRegularFile(fileName);
-    if (descriptor == -1)
-        return false;
-    QFile file;
-    file.open(descriptor, QIODevice::ReadOnly, QFileDevice::AutoCloseHandle);
-    const qint64 size = file.size();
-    if (size > maxFileSize)
-        return false;
-    bytes = file.read(size); // no more, should the file grow meanwhile
-    return true;
+    return static_cast<unsigned>(attributes.value(name).toInt()) & 0xFFU; // no number gives 0
 }
 
-// How many pairs of attributes the text may hold in the same element. Between two "<" is one tag at
-// most, and every attribute has a "=".
-double attributePairs(const QString& text)
+QRgb colorOf(const xmlAttributes_t& attributes)
 {
-    double pairs = 0.0;
-    double attributes = 0.0;
-    QChar last;
-    for (const QChar c : text) {
-        if (c == '<') {
-            pairs += 0.5 * attributes * attributes;
-            attributes = 0.0;
-        } else if (c == '=' && last != '=') { // a line of them in a comment is no attributes
-            attributes += 1.0;
+    return 0xFF000000U | component(attributes, QStringLiteral("r")) << 16U |
+           component(attributes, QStringLiteral("g")) << 8U |
+           component(attributes, QStringLiteral("b"));
+}
+
+palette_t::colorDepth_t depthOf(const xmlAttributes_t& table)
+{
+    return table.value(QStringLiteral("depth")) == QLatin1String("24") ? palette_t::DEPTH_24
+                                                                       : palette_t::DEPTH_8;
+}
+
+// Gathers a palette from the elements of a document: all tables before the first fault in a colour
+// table, and all keyed colours before the first fault in a table of those.
+class paletteVisitor_t : public xmlVisitor_t
+{
+public:
+    QString startElement(const QString& name, const xmlAttributes_t& attributes) override
+    {
+        ++m_level;
+        if (m_level == 1)
+            m_isPalette = name == QLatin1String("palette");
+        else if (m_level == 2)
+            startTable(name, attributes);
+        else if (m_level == 3 && (m_kind == colorTable || m_kind == keyedColorTable))
+            return addEntry(name, attributes);
+        return {};
+    }
+
+    void endElement() override
+    {
+        if (m_level == 2 && m_kind == colorTable)
+            endColorTable();
+        --m_level;
+    }
+
+    // Stores what was gathered. Returns false if the document is no palette or has a fault.
+    bool store(palette_t* palette) const
+    {
+        if (!m_isPalette || !m_hasColorTable || !m_hasKeyedColorTable)
+            return false;
+        for (const palette_t::colorDepth_t depth : {palette_t::DEPTH_8, palette_t::DEPTH_24}) {
+            if (m_tables[depth])
+                palette->setColorTable(*m_tables[depth], depth);
         }
-        last = c;
-    }
-    return pairs + 0.5 * attributes * attributes;
-}
-
-// How many tags in the text may begin an element with content.
-qint64 openingTags(const QString& text)
-{
-    qint64 count = 0;
-    for (auto start = text.indexOf('<'); start >= 0; start = text.indexOf('<', start + 1)) {
-        const QChar first = start + 1 < text.size() ? text[start + 1] : QChar();
-        QChar quote;
-        QChar last; // outside quotes
-        for (auto i = start + 1; i < text.size() && text[i] != '<'; ++i) {
-            const QChar c = text[i];
-            if (quote.isNull() && c == '>')
-                break;
-            if (quote.isNull() && (c == '"' || c == '\''))
-                quote = c;
-            else if (c == quote)
-                quote = QChar();
-            last = quote.isNull() ? c : QChar();
+        if (m_isColorTableFaulty)
+            return false;
+        for (const palette_t::colorDepth_t depth : {palette_t::DEPTH_8, palette_t::DEPTH_24}) {
+            for (const auto& [key, color] : m_keyedColors[depth])
+                palette->setKeyedColor(key, color, depth);
         }
-        if (last != '/' && first != '/' && first != '!' && first != '?')
-            ++count;
+        return !m_isKeyedColorTableFaulty;
     }
-    return count;
-}
 
-// Whether the tree of the document can be built in bounded time and memory, judged without building
-// it. If the document has a fault and can't, the fault is reported.
-bool isSafeToBuild(const QString& text)
-{
-    const bool hasEntities = text.contains(QLatin1String("<!ENTITY"));
-    if ((hasEntities && text.size() > maxSizeWithEntities) ||
-        attributePairs(text) > maxAttributePairs)
-        return false;
-    QXmlStreamReader reader(text);
-    reader.setNamespaceProcessing(false); // as in the tree
-    qint64 depth = 0;
-    qint64 nodes = 0;
-    while (!reader.atEnd()) {
-        const QXmlStreamReader::TokenType token = reader.readNext();
-        if (token == QXmlStreamReader::StartElement)
-            ++depth;
-        else if (token == QXmlStreamReader::EndElement)
-            --depth;
-        nodes += 1 + reader.attributes().size();
-        if (depth > maxDepth || nodes > maxNodes)
-            return false;
+private:
+    enum kind_t
+    {
+        other,
+        colorTable,
+        keyedColorTable
+    };
+
+    void startTable(const QString& name, const xmlAttributes_t& attributes)
+    {
+        m_kind = name == colorTableTag        ? colorTable
+                 : name == keyedColorTableTag ? keyedColorTable
+                                              : other;
+        m_hasColorTable |= m_kind == colorTable;
+        m_hasKeyedColorTable |= m_kind == keyedColorTable;
+        m_depth = depthOf(attributes);
+        m_table.clear();
     }
-    if (!reader.hasError())
-        return true;
-    // The tree's parser finds its own faults and may go on where this one stops. The rest bounds
-    // what it can meet, unless entities multiply it.
-    const QString rest = text.mid(static_cast<int>(reader.characterOffset()));
-    if (!hasEntities && depth + openingTags(rest) <= maxDepth &&
-        nodes + 2LL * rest.count('<') + rest.count('=') <= maxNodes)
-        return true;
-    reportFault(reader.errorString(), reader.lineNumber(), reader.columnNumber());
-    return false;
-}
 
-unsigned component(const QDomElement& element, const QString& name)
-{
-    return static_cast<unsigned>(element.attribute(name).toInt()) & 0xFFU; // what is none gives 0
-}
-
-QRgb colorOf(const QDomElement& element)
-{
-    return 0xFF000000U | component(element, QStringLiteral("r")) << 16U |
-           component(element, QStringLiteral("g")) << 8U | component(element, QStringLiteral("b"));
-}
-
-palette_t::colorDepth_t depthOf(const QDomElement& table)
-{
-    return table.attribute(QStringLiteral("depth")) == QLatin1String("24") ? palette_t::DEPTH_24
-                                                                           : palette_t::DEPTH_8;
-}
-
-bool readColorTable(const QDomElement& table, palette_t* palette)
-{
-    std::vector<unsigned int> colors;
-    for (QDomElement entry = table.firstChildElement(); !entry.isNull();
-         entry = entry.nextSiblingElement()) {
-        if (entry.tagName() != colorTag)
-            return false;
-        colors.push_back(colorOf(entry));
+    QString addEntry(const QString& name, const xmlAttributes_t& attributes)
+    {
+        if (++m_entries > maxPaletteEntries)
+            return entryLimit();
+        if (m_kind == colorTable && !m_isColorTableFaulty) {
+            m_isColorTableFaulty = name != colorTag;
+            m_table.push_back(colorOf(attributes));
+        } else if (m_kind == keyedColorTable && !m_isKeyedColorTableFaulty) {
+            const QByteArray key = attributes.value(QStringLiteral("key")).toLatin1();
+            m_isKeyedColorTableFaulty = name != keyedColorTag || key.isEmpty();
+            if (!m_isKeyedColorTableFaulty)
+                m_keyedColors[m_depth][key.toStdString()] = colorOf(attributes);
+        }
+        return {};
     }
-    palette->setColorTable(colors, depthOf(table));
-    return true;
-}
 
-bool readKeyedColorTable(const QDomElement& table, palette_t* palette)
-{
-    for (QDomElement entry = table.firstChildElement(); !entry.isNull();
-         entry = entry.nextSiblingElement()) {
-        if (entry.tagName() != keyedColorTag)
-            return false;
-        const QByteArray key = entry.attribute(QStringLiteral("key")).toLatin1();
-        if (key.isEmpty())
-            return false;
-        palette->setKeyedColor(key.toStdString(), colorOf(entry), depthOf(table));
+    void endColorTable()
+    {
+        if (!m_isColorTableFaulty && !m_tables[m_depth]) // the first one of a depth stays
+            m_tables[m_depth] = std::move(m_table);
     }
-    return true;
-}
+
+    using table_t = std::vector<unsigned int>;
+
+    int m_level = 0; // of elements that have begun
+    bool m_isPalette = false;
+    bool m_hasColorTable = false;
+    bool m_hasKeyedColorTable = false;
+    bool m_isColorTableFaulty = false;
+    bool m_isKeyedColorTableFaulty = false;
+    std::size_t m_entries = 0;
+    kind_t m_kind = other; // of the table that has begun
+    palette_t::colorDepth_t m_depth = palette_t::DEPTH_8;
+    table_t m_table;
+    std::array<std::optional<table_t>, 2> m_tables; // by depth
+    std::array<std::map<std::string, unsigned int>, 2> m_keyedColors;
+};
 
 // An attribute, its value in UTF-8 escaped as QDomDocument does it.
 QByteArray attribute(const char* name, const QByteArray& value)
@@ -195,8 +171,7 @@ QByteArray attribute(const char* name, const QByteArray& value)
             text += "&#xd;";
             break;
         default:
-            if (static_cast<unsigned char>(c) >= ' ') // XML has no other control characters
-                text += c;
+            text += c;
         }
     }
     return text + '"';
@@ -247,6 +222,35 @@ QByteArray keyedColorTable(const std::map<std::string, unsigned int>& colors)
     return table("keyedColorTable", "8", "keyedColor", colors, keyedColorTableEntry);
 }
 
+std::size_t entryCount(const palette_t& palette)
+{
+    std::size_t count = 0;
+    for (const palette_t::colorDepth_t depth : {palette_t::DEPTH_8, palette_t::DEPTH_24})
+        count += palette.colorTable(depth).size() + palette.keyedColor(depth).size();
+    return count;
+}
+
+bool isReadable(const std::string& key)
+{
+    return readsControlCharacters || std::all_of(key.begin(), key.end(), [](char c) {
+               return static_cast<unsigned char>(c) >= ' ' || c == '\t' || c == '\n' || c == '\r';
+           });
+}
+
+bool areKeysReadable(const palette_t& palette)
+{
+    for (const palette_t::colorDepth_t depth : {palette_t::DEPTH_8, palette_t::DEPTH_24}) {
+        for (const auto& entry : palette.keyedColor(depth)) {
+            if (isReadable(entry.first))
+                continue;
+            qDebug("palette_t::save:  control character in the key %s",
+                   QByteArray::fromStdString(entry.first).toPercentEncoding().constData());
+            return false;
+        }
+    }
+    return true;
+}
+
 // The layout is that of QDomDocument with an indentation of 2, but attributes are always in the
 // same order, for which QDomDocument doesn't care.
 QByteArray written(const palette_t& palette)
@@ -261,50 +265,30 @@ QByteArray written(const palette_t& palette)
 
 bool xmlPaletteHandler_t::load(const std::string& fileName, palette_t* palette)
 {
-    QByteArray bytes;
-    if (!readFile(fileName, bytes))
+    const auto file = readPaletteFile(fileName);
+    if (!file)
         return false;
-    const QString text = xmlText(bytes);
-    if (!isSafeToBuild(text))
-        return false;
-    QDomDocument document;
-    QString fault;
-    int line = 0;
-    int column = 0;
-    if (!document.setContent(text, &fault, &line, &column)) {
-        reportFault(fault, line, column);
+    paletteVisitor_t visitor;
+    if (const auto fault = readXml(file->bytes, visitor)) {
+        reportFault(*fault);
         return false;
     }
-    const QDomElement root = document.documentElement();
-    const QDomElement firstTable = root.firstChildElement(colorTableTag);
-    const QDomElement firstKeyedTable = root.firstChildElement(keyedColorTableTag);
-    if (root.tagName() != QLatin1String("palette") || firstTable.isNull() ||
-        firstKeyedTable.isNull())
-        return false;
-    for (QDomElement table = firstTable; !table.isNull();
-         table = table.nextSiblingElement(colorTableTag)) {
-        if (!readColorTable(table, palette))
-            return false;
-    }
-    for (QDomElement table = firstKeyedTable; !table.isNull();
-         table = table.nextSiblingElement(keyedColorTableTag)) {
-        if (!readKeyedColorTable(table, palette))
-            return false;
-    }
-    return true;
+    return visitor.store(palette);
 }
 
 bool xmlPaletteHandler_t::save(const std::string& fileName, const palette_t* palette)
 {
-    // Not blocking, so that a FIFO that nobody reads is refused instead of waited for.
-    const int descriptor =
-        open(fileName.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_NONBLOCK | O_CLOEXEC, 0666);
-    if (descriptor == -1)
+    if (entryCount(*palette) > maxPaletteEntries) {
+        reportExcess("save", entryLimit());
         return false;
-    QFile file;
-    file.open(descriptor, QIODevice::WriteOnly | QIODevice::Unbuffered,
-              QFileDevice::AutoCloseHandle);
+    }
+    if (!areKeysReadable(*palette))
+        return false;
     const QByteArray text = written(*palette);
-    return file.write(text) == text.size();
+    if (text.size() > maxPaletteFileSize) {
+        reportExcess("save", sizeLimit());
+        return false;
+    }
+    return writePaletteFile(fileName, text);
 }
 } // namespace zorbin_qt_gui

@@ -8,9 +8,12 @@
 
 using namespace zorbin_qt_gui;
 
-static void dropMessage(QtMsgType /*type*/, const QMessageLogContext& /*context*/,
-                        const QString& /*text*/)
+static QStringList messages;
+
+static void keepMessage(QtMsgType /*type*/, const QMessageLogContext& /*context*/,
+                        const QString& text)
 {
+    messages += text;
 }
 
 void setUpApplication()
@@ -20,7 +23,14 @@ void setUpApplication()
     static char name[] = "fuzz";
     static char* argv[] = {name, nullptr};
     static QGuiApplication application(argc, argv);
-    qInstallMessageHandler(dropMessage);
+    qInstallMessageHandler(keepMessage);
+}
+
+QStringList takeMessages()
+{
+    const QStringList taken = messages;
+    messages.clear();
+    return taken;
 }
 
 memoryFile_t::memoryFile_t() : m_descriptor(memfd_create("palette", MFD_CLOEXEC))

@@ -1,4 +1,5 @@
 #pragma once
+#include <QStringList>
 #include <cstddef>
 #include <cstdint>
 #include <palette.h>
@@ -7,9 +8,12 @@
 
 // What the fuzz targets share.
 
-/// Makes the application that a palette needs, without a display, and silences Qt's messages. To be
-/// called from LLVMFuzzerInitialize().
+/// Makes the application that a palette needs, without a display, and keeps Qt's messages for
+/// takeMessages(). To be called from LLVMFuzzerInitialize().
 void setUpApplication();
+
+/// Qt's messages since the last call.
+QStringList takeMessages();
 
 /// A regular file that lies in memory.
 class memoryFile_t

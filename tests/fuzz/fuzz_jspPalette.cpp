@@ -1,44 +1,25 @@
-// The reader of JSP palettes beside a plain one that takes the text apart by strtoul().
+// The reader of JSP palettes beside a plain one that takes the text apart by fscanf().
 #include "fuzzSupport.h"
 
-#include <cctype>
-#include <cstdlib>
+#include <cstdio>
 #include <jspPaletteHandler.h>
 
 using namespace zorbin_qt_gui;
 
 namespace {
 
-// The plain reader: numbers, one after another, from a text in memory.
-class numbers_t
-{
-public:
-    explicit numbers_t(const std::string& text) : m_next(text.c_str()) {}
-
-    // Returns false if no number comes next. A 0 in the text is no white space and no digit.
-    bool read(unsigned long& number)
-    {
-        char* end = nullptr;
-        number = std::strtoul(m_next, &end, 10);
-        const bool isRead = end != m_next;
-        m_next = end;
-        return isRead;
-    }
-
-private:
-    const char* m_next;
-};
-
-std::vector<unsigned int> plainTable(const std::string& text)
+std::vector<unsigned int> plainTable(const memoryFile_t& file)
 {
     std::vector<unsigned int> table;
-    numbers_t numbers(text);
-    unsigned long ignored = 0;
-    unsigned long red = 0;
-    unsigned long green = 0;
-    unsigned long blue = 0;
-    while (numbers.read(ignored) && numbers.read(red) && numbers.read(green) && numbers.read(blue))
-        table.push_back(qRgb(red & 0xFF, green & 0xFF, blue & 0xFF));
+    std::FILE* const stream = std::fopen(file.name().c_str(), "r");
+    require(stream != nullptr, "a file in memory can be opened");
+    unsigned red = 0;
+    unsigned green = 0;
+    unsigned blue = 0;
+    while (std::fscanf(stream, "%*u %u %u %u", &red, &green, &blue) == 3)
+        table.push_back(qRgb(static_cast<int>(red & 0xFFU), static_cast<int>(green & 0xFFU),
+                             static_cast<int>(blue & 0xFFU)));
+    std::fclose(stream);
     return table;
 }
 
@@ -57,8 +38,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     palette_t palette;
     require(jspPaletteHandler_t().load(file.name(), &palette), "a file that can be opened loads");
     requireSoundColors(palette);
-    require(palette.colorTable(palette_t::DEPTH_24) ==
-                plainTable(std::string(reinterpret_cast<const char*>(data), size)),
+    require(palette.colorTable(palette_t::DEPTH_24) == plainTable(file),
             "the table is what a plain reader makes of the text");
     require(palette.colorTable() == palette.colorTable(palette_t::DEPTH_24),
             "the table serves the display");
