@@ -78,6 +78,9 @@ private Q_SLOTS:
     void clearsBeforeItLoads();
     void loadsTablesOnlyOnce();
     void keepsWhatWasReadBeforeAFault();
+    void loadsAfterALoadThatFailed();
+    void keepsTablesThatWereLoadedOrSetBeforeALoadThatFails();
+    void keepsATableThatWasSetAfterALoadThatFailed();
     void savesOnlyWp_data();
     void savesOnlyWp();
     void failsToSaveToAFullDevice();
@@ -350,6 +353,61 @@ void tst_palette::keepsWhatWasReadBeforeAFault()
     palette_t palette;
     QVERIFY(!palette.load(path("a.wp")));
     QCOMPARE(palette.colorTable(), table_t{0xFF050000});
+}
+
+// Its tables aren't loaded, although they can be seen.
+void tst_palette::loadsAfterALoadThatFailed()
+{
+    write(path("bad.wp"), xml(5).replace("key=\"grid\"", "key=\"\""));
+    write(path("bad8.wp"), xml(6).replace("depth=\"24\"", "depth=\"8\"").replace("grid", ""));
+    write(path("good.wp"), xml(7));
+    write(path("good.jsp"), "0 8 0 0");
+    const QList<QByteArray> failures = {"bad.wp", "bad8.wp", "none.wp", "none.txt"};
+    for (const QByteArray& good : {QByteArray("good.wp"), QByteArray("good.jsp")}) {
+        for (const QByteArray& first : failures) {
+            for (const QByteArray& second : failures) {
+                palette_t palette;
+                QVERIFY(!palette.load(path(first)));
+                QVERIFY(!palette.load(path(second)));
+                palette.clear();
+                QVERIFY(palette.load(path(good)));
+                QCOMPARE(palette.colorTable(),
+                         table_t{good == "good.wp" ? 0xFF070000U : 0xFF080000U});
+                QVERIFY(palette.colorTable(palette_t::DEPTH_8).empty());
+                palette.setColorTable(t1, palette_t::DEPTH_8); // none was set
+                QCOMPARE(palette.colorTable(palette_t::DEPTH_8), t1);
+            }
+        }
+    }
+}
+
+void tst_palette::keepsTablesThatWereLoadedOrSetBeforeALoadThatFails()
+{
+    write(path("bad.wp"), xml(5).replace("key=\"grid\"", "key=\"\""));
+    write(path("good.wp"), xml(7));
+    palette_t loaded;
+    QVERIFY(loaded.load(path("good.wp")));
+    QVERIFY(!loaded.load(path("bad.wp")));
+    QVERIFY(loaded.colorTable().empty());
+    QVERIFY(loaded.load(path("good.wp")));
+    QVERIFY(loaded.colorTable().empty());
+
+    palette_t set;
+    set.setColorTable(t1, palette_t::DEPTH_24);
+    QVERIFY(!set.load(path("bad.wp")));
+    QVERIFY(set.load(path("good.wp")));
+    QVERIFY(set.colorTable().empty());
+}
+
+void tst_palette::keepsATableThatWasSetAfterALoadThatFailed()
+{
+    write(path("good.wp"), xml(7));
+    palette_t palette;
+    QVERIFY(!palette.load(path("none.wp")));
+    palette.setColorTable(t1, palette_t::DEPTH_24);
+    QCOMPARE(palette.colorTable(), t1);
+    QVERIFY(palette.load(path("good.wp")));
+    QVERIFY(palette.colorTable().empty()); // as without the first load
 }
 
 void tst_palette::savesOnlyWp_data()

@@ -58,6 +58,14 @@ const char* standardFileName(palette_t::standardPalette_t which)
     return nullptr;
 }
 
+bool loadFormat(const std::string& fileName, palette_t* palette)
+{
+    const std::string format = extension(fileName);
+    if (format == ".xml" || format == ".wp")
+        return xmlPaletteHandler_t().load(fileName, palette);
+    return format == ".jsp" && jspPaletteHandler_t().load(fileName, palette);
+}
+
 } // namespace
 
 // Invariant: the table in effect for a depth is its own one if that is set, else the other depth's.
@@ -67,9 +75,31 @@ struct palette_t::privateData_t
 
     std::array<table_t*, depthCount> colorTable = {};           // in effect, not owned
     std::array<std::unique_ptr<table_t>, depthCount> colorInit; // as set
+    std::array<bool, depthCount> isOfFailedLoad = {};           // then the next load sets it
     std::array<std::map<std::string, unsigned int>, depthCount> keyedColor;
     const colorDepth_t colorDepth = displayDepth();
+
+    void updateTablesInEffect();
+    void forgetFailedLoad();
 };
+
+void palette_t::privateData_t::updateTablesInEffect()
+{
+    table_t* const own8 = colorInit[DEPTH_8].get();
+    table_t* const own24 = colorInit[DEPTH_24].get();
+    colorTable[DEPTH_8] = own8 != nullptr ? own8 : own24;
+    colorTable[DEPTH_24] = own24 != nullptr ? own24 : own8;
+}
+
+void palette_t::privateData_t::forgetFailedLoad()
+{
+    for (std::size_t depth = 0; depth < depthCount; ++depth) {
+        if (isOfFailedLoad[depth])
+            colorInit[depth].reset();
+        isOfFailedLoad[depth] = false;
+    }
+    updateTablesInEffect();
+}
 
 palette_t::palette_t() : m_d(std::make_unique<privateData_t>())
 {
@@ -94,13 +124,10 @@ void palette_t::setColorTable(const std::vector<unsigned int>& table, const colo
 {
     if (!isDepth(depth))
         return;
-    // Deliberate: the first table of a depth stays, so an object can't be loaded a second time.
+    // Deliberate: the first table of a depth stays, so an object can't be loaded twice.
     if (m_d->colorInit[depth] == nullptr)
         m_d->colorInit[depth] = std::make_unique<privateData_t::table_t>(table);
-    privateData_t::table_t* const own8 = m_d->colorInit[DEPTH_8].get();
-    privateData_t::table_t* const own24 = m_d->colorInit[DEPTH_24].get();
-    m_d->colorTable[DEPTH_8] = own8 != nullptr ? own8 : own24;
-    m_d->colorTable[DEPTH_24] = own24 != nullptr ? own24 : own8;
+    m_d->updateTablesInEffect();
 }
 
 bool palette_t::keyedColor(const std::string& key, QRgb& color) const
@@ -141,13 +168,16 @@ void palette_t::clear()
 
 bool palette_t::load(const std::string& fileName)
 {
+    m_d->forgetFailedLoad();
     clear();
-    const std::string format = extension(fileName);
-    if (format == ".xml" || format == ".wp")
-        return xmlPaletteHandler_t().load(fileName, this);
-    if (format == ".jsp")
-        return jspPaletteHandler_t().load(fileName, this);
-    return false;
+    std::array<bool, depthCount> wasUnset = {};
+    for (std::size_t depth = 0; depth < depthCount; ++depth)
+        wasUnset[depth] = m_d->colorInit[depth] == nullptr;
+    const bool isLoaded = loadFormat(fileName, this);
+    for (std::size_t depth = 0; depth < depthCount; ++depth)
+        m_d->isOfFailedLoad[depth] =
+            !isLoaded && wasUnset[depth] && m_d->colorInit[depth] != nullptr;
+    return isLoaded;
 }
 
 bool palette_t::load(standardPalette_t which)

@@ -13,8 +13,8 @@ namespace zorbin_qt_gui {
 /// colour table, which colourers index by value, and a set of named ("keyed") colours.
 ///
 /// A palette is filled once, from a file or by hand, and then read. The first table set for a depth
-/// stays for the object's life: load each file into a fresh palette. File names are bytes in the
-/// local encoding; a name with a 0 byte is refused. Colours
+/// stays for the object's life, unless load() set it and then failed: load each file into a fresh
+/// palette. File names are bytes in the local encoding; a name with a 0 byte is refused. Colours
 /// are 0xAARRGGBB; those from files are opaque. Needs a QApplication, from whose primary screen it
 /// takes the display's depth when it is made. GUI thread only.
 class ZORBIN_QT_GUI_EXPORT palette_t
@@ -67,7 +67,7 @@ public:
     /// Clears the palette, then reads a file in the format that the name ends in, in upper or lower
     /// case: ".xml" or ".wp" (xmlPaletteHandler_t) or ".jsp" (jspPaletteHandler_t). Returns false
     /// for any other ending and for a file that can't be opened or understood; the palette then
-    /// holds what had been read before the fault.
+    /// holds what had been read before the fault, until the next load() replaces it.
     bool load(const std::string& fileName);
     /// Loads a standard palette from the directory "palette" of the installation's resource
     /// directory (zorbin_qt::resourceDir()). A value outside the enumeration clears the palette and
