@@ -10,6 +10,7 @@
 #include <QMimeData>
 #include <QPointer>
 #include <QSignalSpy>
+#include <QStringListModel>
 #include <QValidator>
 #include <QtTest>
 #include <clocale>
@@ -24,6 +25,9 @@ static_assert(!std::is_copy_constructible<coordFormatSelector_t>::value, "nor ar
 Q_DECLARE_METATYPE(latLonEditor_t::coordFormat_t)
 Q_DECLARE_METATYPE(latLonEditor_t::latLonMode_t)
 Q_DECLARE_METATYPE(QValidator::State)
+
+using boxChange_t = void (*)(QComboBox* box);
+Q_DECLARE_METATYPE(boxChange_t)
 
 static constexpr auto CF_D = latLonEditor_t::CF_D;
 static constexpr auto CF_DM = latLonEditor_t::CF_DM;
@@ -168,6 +172,12 @@ private Q_SLOTS:
     void announcesAChoiceOnce();
     void announcesAChangeTwice();
     void announcesNoChangeToTheSame();
+    void announcesNoLossOfTheChoice_data();
+    void announcesNoLossOfTheChoice();
+    void ignoresChoicesThatAreNoNotation_data();
+    void ignoresChoicesThatAreNoNotation();
+    void keepsTheNotationWithoutAChoice();
+    void ignoresWhatIsNoNotation();
 
     void connectsByNames();
     void readsPointsInAnyLocale();
@@ -918,6 +928,91 @@ void tst_latLonEditor::announcesNoChangeToTheSame()
     QSignalSpy spy(&selector, &coordFormatSelector_t::selectionChanged);
     selector.changeSelection(CF_DM);
     QCOMPARE(spy.count(), 0);
+}
+
+void tst_latLonEditor::announcesNoLossOfTheChoice_data()
+{
+    QTest::addColumn<boxChange_t>("loseChoice");
+    const auto row = [](const char* name, boxChange_t loseChoice) {
+        QTest::newRow(name) << loseChoice;
+    };
+    row("index -1", [](QComboBox* box) { box->setCurrentIndex(-1); });
+    row("cleared", [](QComboBox* box) { box->clear(); });
+    row("reset", [](QComboBox* box) {
+        auto* const names = new QStringListModel({QStringLiteral("a"), QStringLiteral("b")}, box);
+        box->setModel(names);
+        box->setCurrentIndex(CF_DM);
+        names->setStringList({});
+    });
+}
+
+void tst_latLonEditor::announcesNoLossOfTheChoice()
+{
+    QFETCH(boxChange_t, loseChoice);
+    coordFormatSelector_t selector;
+    latitudeEditor_t editor;
+    editor.setCoordinateFormat(CF_DM);
+    editor.connectFormatSelector(&selector, true);
+    comboBox(selector)->setCurrentIndex(CF_DMS);
+    QSignalSpy spy(&selector, &coordFormatSelector_t::selectionChanged);
+    loseChoice(comboBox(selector));
+    QCOMPARE(choice(selector), -1);
+    for (const int format : formats(spy))
+        QVERIFY(format >= CF_D && format <= CF_DMS);
+    const latLonEditor_t::coordFormat_t kept = editor.selectedFormat();
+    spy.clear();
+    comboBox(selector)->setCurrentIndex(-1);
+    QCOMPARE(spy.count(), 0);
+    QCOMPARE(editor.selectedFormat(), kept);
+}
+
+void tst_latLonEditor::ignoresChoicesThatAreNoNotation_data()
+{
+    QTest::addColumn<int>("index");
+    QTest::newRow("one too many") << 3;
+    QTest::newRow("one more") << 4;
+}
+
+void tst_latLonEditor::ignoresChoicesThatAreNoNotation()
+{
+    QFETCH(int, index);
+    coordFormatSelector_t selector;
+    latitudeEditor_t editor;
+    editor.connectFormatSelector(&selector, false);
+    comboBox(selector)->addItems({QStringLiteral("three"), QStringLiteral("four")});
+    QSignalSpy spy(&selector, &coordFormatSelector_t::selectionChanged);
+    comboBox(selector)->setCurrentIndex(index);
+    QCOMPARE(spy.count(), 0);
+    QCOMPARE(editor.selectedFormat(), CF_D);
+    comboBox(selector)->setCurrentIndex(CF_DMS);
+    QCOMPARE(formats(spy), QList<int>{CF_DMS});
+    QCOMPARE(editor.selectedFormat(), CF_DMS);
+}
+
+void tst_latLonEditor::keepsTheNotationWithoutAChoice()
+{
+    latitudeEditor_t editor;
+    comboBox(*ownSelector(editor))->clear();
+    QCOMPARE(editor.selectedFormat(), CF_D);
+    QCOMPARE(shownText(editor), QStringLiteral("00.00000000°N"));
+    editor.setCoordinateFormat(CF_DMS); // there is nothing left to show it by
+    QCOMPARE(editor.selectedFormat(), CF_DMS);
+    QCOMPARE(shownText(editor), QStringLiteral("00° 00' 00.0000\"N"));
+}
+
+void tst_latLonEditor::ignoresWhatIsNoNotation()
+{
+    const auto noNotation = static_cast<latLonEditor_t::coordFormat_t>(3);
+    latitudeEditor_t editor;
+    QSignalSpy values(&editor, &latLonEditor_t::valueChanged);
+    editor.setCoordinateFormat(noNotation);
+    QCOMPARE(editor.selectedFormat(), CF_D);
+    QCOMPARE(values.count(), 0);
+    coordFormatSelector_t selector;
+    QSignalSpy choices(&selector, &coordFormatSelector_t::selectionChanged);
+    selector.changeSelection(noNotation);
+    QCOMPARE(choice(selector), static_cast<int>(CF_DM));
+    QCOMPARE(choices.count(), 0);
 }
 
 void tst_latLonEditor::connectsByNames()

@@ -50,6 +50,12 @@ constexpr settingsEntry_t entryTable[] = {
 
 constexpr const char* cfLabel[] = {"DD\xB0", "DD\xB0MM'", "DD\xB0MM'SS\""};
 
+// Combo boxes tell -1 where nothing is chosen, and may have been given other items.
+bool isNotation(int index)
+{
+    return index >= latLonEditor_t::CF_D && index <= latLonEditor_t::CF_DMS;
+}
+
 QString fromBytes(const char* text)
 {
     return QString::fromLatin1(text);
@@ -334,7 +340,7 @@ void latLonEditor_t::connectFormatSelector(coordFormatSelector_t* other, bool bo
 void latLonEditor_t::setCoordinateFormat(latLonEditor_t::coordFormat_t format_)
 {
     double v = 0.0;
-    if (format_ == m_d->editorFormat || !value(v))
+    if (format_ == m_d->editorFormat || !isNotation(format_) || !value(v))
         return;
     m_d->editorFormat = format_;
     initialize();
@@ -371,7 +377,7 @@ void latLonEditor_t::handleValueChanged()
 // For callers by name, with the index of any combo box; nothing here is connected to it.
 void latLonEditor_t::handleFormatCBChanged(int index_)
 {
-    if (index_ >= CF_D && index_ <= CF_DMS) // and not -1, which is no choice
+    if (isNotation(index_))
         setCoordinateFormat(static_cast<coordFormat_t>(index_));
 }
 
@@ -423,7 +429,7 @@ coordFormatSelector_t::~coordFormatSelector_t() = default;
 
 void coordFormatSelector_t::changeSelection(latLonEditor_t::coordFormat_t format_)
 {
-    if (format_ == m_d->comboBox->currentIndex())
+    if (format_ == m_d->comboBox->currentIndex() || !isNotation(format_))
         return;
     m_d->comboBox->setCurrentIndex(format_);
     // Deliberate: announced a second time, after the combo box has done so.
@@ -432,6 +438,7 @@ void coordFormatSelector_t::changeSelection(latLonEditor_t::coordFormat_t format
 
 void coordFormatSelector_t::handleCurrentIndexChanged(int index_)
 {
-    Q_EMIT selectionChanged(static_cast<latLonEditor_t::coordFormat_t>(index_));
+    if (isNotation(index_))
+        Q_EMIT selectionChanged(static_cast<latLonEditor_t::coordFormat_t>(index_));
 }
 } // namespace zorbin_qt_gui

@@ -62,7 +62,8 @@ Q_SIGNALS:
     void valueValidityChanged(bool valid_);
 
 public Q_SLOTS:
-    /// Shows the value in another notation. What is no coordinate keeps its notation.
+    /// Shows the value in another notation. What is no coordinate keeps its notation. A value
+    /// outside the enumeration is ignored.
     void setCoordinateFormat(latLonEditor_t::coordFormat_t format_);
     /// Shows or hides the editor's own selector of the notation, hidden at first.
     void showFormatSelector(bool show_);
@@ -113,11 +114,13 @@ public:
     ~coordFormatSelector_t() override;
 
 Q_SIGNALS:
-    /// Another notation was chosen. Comes twice when changeSelection() chose it.
+    /// Another notation was chosen. Comes twice when changeSelection() chose it. A loss of the
+    /// choice, such as by clearing the combo box, is not announced: what follows the selector keeps
+    /// its notation.
     void selectionChanged(latLonEditor_t::coordFormat_t format_);
 
 public Q_SLOTS:
-    /// Chooses a notation.
+    /// Chooses a notation. A value outside the enumeration is ignored.
     void changeSelection(latLonEditor_t::coordFormat_t format_);
 
 private Q_SLOTS:
