@@ -1,5 +1,6 @@
 #include "latLonEditor.h"
 
+#include <QAbstractItemView>
 #include <QApplication>
 #include <QClipboard>
 #include <QComboBox>
@@ -28,6 +29,10 @@ Q_DECLARE_METATYPE(QValidator::State)
 
 using boxChange_t = void (*)(QComboBox* box);
 Q_DECLARE_METATYPE(boxChange_t)
+using editorChange_t = void (*)(latLonEditor_t* editor);
+Q_DECLARE_METATYPE(editorChange_t)
+using selectorChange_t = void (*)(coordFormatSelector_t* selector);
+Q_DECLARE_METATYPE(selectorChange_t)
 
 static constexpr auto CF_D = latLonEditor_t::CF_D;
 static constexpr auto CF_DM = latLonEditor_t::CF_DM;
@@ -96,6 +101,61 @@ static void type(const latLonEditor_t& editor, int cursor, const QString& keys)
     QTest::keyClicks(lineEdit(editor), keys);
 }
 
+static void paste(QLineEdit* edit, const QString& text)
+{
+    QApplication::clipboard()->setText(text);
+    QTest::keyClick(edit, Qt::Key_V, Qt::ControlModifier);
+}
+
+// Returns how many entries of the menu paste.
+static int pasteFromMenu(QLineEdit* edit, const QString& text)
+{
+    QApplication::clipboard()->setText(text);
+    QContextMenuEvent event(QContextMenuEvent::Keyboard, QPoint(), QPoint());
+    QCoreApplication::sendEvent(edit, &event);
+    const QPointer<QMenu> menu = edit->findChild<QMenu*>();
+    int count = 0;
+    const QList<QAction*> actions = menu->actions();
+    for (QAction* const action : actions) {
+        if (!action->text().contains(QStringLiteral("Paste")))
+            continue;
+        ++count;
+        action->trigger();
+    }
+    if (!menu.isNull())
+        menu->close();
+    return count;
+}
+
+static void pasteSelection(QLineEdit* edit, const QString& text)
+{
+    QApplication::clipboard()->setText(text, QClipboard::Selection);
+    QTest::mouseClick(edit, Qt::MiddleButton, Qt::NoModifier, QPoint(1, 10));
+}
+
+// Returns whether it was taken.
+static bool drop(QLineEdit* edit, const QString& text)
+{
+    QMimeData dropped;
+    dropped.setText(text);
+    QDragEnterEvent enter(QPoint(1, 10), Qt::CopyAction, &dropped, Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(edit, &enter);
+    QDropEvent event(QPointF(1.0, 10.0), Qt::CopyAction, &dropped, Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(edit, &event);
+    return event.isAccepted();
+}
+
+// Picks the item below, as the user does.
+static void chooseNext(QComboBox* box)
+{
+    const QPointer<QComboBox> guard(box);
+    box->showPopup();
+    QAbstractItemView* const view = box->view();
+    QTest::keyClick(view, Qt::Key_Down);
+    QTest::keyClick(view, Qt::Key_Enter);
+    QVERIFY(!guard.isNull()); // Qt has gone on using it
+}
+
 // Tells how many follow it.
 class countingSelector_t : public coordFormatSelector_t
 {
@@ -138,6 +198,7 @@ private Q_SLOTS:
     void masksTheFieldByNotation();
     void announcesTheValueLastWhenTheNotationChanges();
     void keepsTheNotationOfWhatIsNoCoordinate();
+    void changesTheNotationInASlot();
     void judgesTexts_data();
     void judgesTexts();
     void acceptsAnyDegreesThatAreWholeNumbers();
@@ -158,6 +219,10 @@ private Q_SLOTS:
     void convertsWhatIsDropped_data();
     void convertsWhatIsDropped();
 
+    void mayBeDeletedBySlots_data();
+    void mayBeDeletedBySlots();
+    void leavesNothingBehindWhenDeletedBySlots();
+
     void showsItsSelectorWhenAsked();
     void followsItsOwnSelector();
     void followsOtherSelectors();
@@ -172,6 +237,8 @@ private Q_SLOTS:
     void announcesAChoiceOnce();
     void announcesAChangeTwice();
     void announcesNoChangeToTheSame();
+    void mayBeDeletedBySlotsOfASelector_data();
+    void mayBeDeletedBySlotsOfASelector();
     void announcesNoLossOfTheChoice_data();
     void announcesNoLossOfTheChoice();
     void ignoresChoicesThatAreNoNotation_data();
@@ -498,6 +565,20 @@ void tst_latLonEditor::keepsTheNotationOfWhatIsNoCoordinate()
     QCOMPARE(editor.selectedFormat(), CF_DMS);
 }
 
+void tst_latLonEditor::changesTheNotationInASlot()
+{
+    latitudeEditor_t editor;
+    editor.setValue(12.26);
+    connect(&editor, &latLonEditor_t::valueChanged, this,
+            [&] { editor.setCoordinateFormat(CF_DMS); }); // at an intermediate value
+    editor.setCoordinateFormat(CF_DM);
+    QCOMPARE(editor.selectedFormat(), CF_DMS);
+    QCOMPARE(shownText(editor), QStringLiteral("12° 15' 36.0000\"N"));
+    QCOMPARE(lineEdit(editor)->inputMask(), QStringLiteral("99° 99' 99.9999\""));
+    QVERIFY(lineEdit(editor)->hasAcceptableInput());
+    QCOMPARE(valueOf(editor), 12.26);
+}
+
 void tst_latLonEditor::judgesTexts_data()
 {
     QTest::addColumn<latLonEditor_t::latLonMode_t>("kind");
@@ -708,22 +789,8 @@ void tst_latLonEditor::convertsWhatIsPasted()
 
 void tst_latLonEditor::pastesFromTheMenu()
 {
-    QApplication::clipboard()->setText(QStringLiteral("12°34.5'S"));
     latitudeEditor_t editor;
-    QContextMenuEvent event(QContextMenuEvent::Keyboard, QPoint(), QPoint());
-    QCoreApplication::sendEvent(lineEdit(editor), &event);
-    auto* const menu = lineEdit(editor)->findChild<QMenu*>();
-    QVERIFY(menu != nullptr);
-    int pasteActions = 0;
-    const QList<QAction*> actions = menu->actions();
-    for (QAction* const action : actions) {
-        if (!action->text().contains(QStringLiteral("Paste")))
-            continue;
-        ++pasteActions;
-        action->trigger();
-    }
-    menu->close();
-    QCOMPARE(pasteActions, 1);
+    QCOMPARE(pasteFromMenu(lineEdit(editor), QStringLiteral("12°34.5'S")), 1);
     QCOMPARE(shownText(editor), QStringLiteral("12.57500000°S"));
 }
 
@@ -754,8 +821,7 @@ void tst_latLonEditor::pastesTheSelectionWithTheMiddleButton()
     latitudeEditor_t editor;
     editor.resize(400, 40);
     lineEdit(editor)->setReadOnly(isReadOnly);
-    QApplication::clipboard()->setText(text, QClipboard::Selection);
-    QTest::mouseClick(lineEdit(editor), Qt::MiddleButton, Qt::NoModifier, QPoint(1, 10));
+    pasteSelection(lineEdit(editor), text);
     QTEST(shownText(editor), "shown");
     // Another button pastes nothing.
     latitudeEditor_t other;
@@ -775,14 +841,92 @@ void tst_latLonEditor::convertsWhatIsDropped()
     latitudeEditor_t editor;
     editor.resize(400, 40);
     lineEdit(editor)->setReadOnly(isReadOnly);
-    QMimeData dropped;
-    dropped.setText(text);
-    QDragEnterEvent enter(QPoint(1, 10), Qt::CopyAction, &dropped, Qt::LeftButton, Qt::NoModifier);
-    QCoreApplication::sendEvent(lineEdit(editor), &enter);
-    QDropEvent event(QPointF(1.0, 10.0), Qt::CopyAction, &dropped, Qt::LeftButton, Qt::NoModifier);
-    QCoreApplication::sendEvent(lineEdit(editor), &event);
+    QCOMPARE(drop(lineEdit(editor), text), !isReadOnly);
     QTEST(shownText(editor), "shown");
-    QCOMPARE(event.isAccepted(), !isReadOnly);
+}
+
+void tst_latLonEditor::mayBeDeletedBySlots_data()
+{
+    QTest::addColumn<editorChange_t>("change");
+    const auto row = [](const char* name, editorChange_t change) { QTest::newRow(name) << change; };
+    row("value", [](latLonEditor_t* editor) { editor->setValue(12.0); });
+    row("value in another hemisphere", [](latLonEditor_t* editor) { editor->setValue(-12.0); });
+    row("no value", [](latLonEditor_t* editor) { editor->setValue(NOTHING); });
+    row("no value and back", [](latLonEditor_t* editor) {
+        const QPointer<latLonEditor_t> guard(editor);
+        editor->setValue(NOTHING);
+        if (!guard.isNull())
+            editor->setValue(-12.0);
+    });
+    row("notation", [](latLonEditor_t* editor) { editor->setCoordinateFormat(CF_DMS); });
+    row("typed", [](latLonEditor_t* editor) { type(*editor, 0, QStringLiteral("3")); });
+    row("typed into the window", [](latLonEditor_t* editor) {
+        editor->activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(editor->window()));
+        lineEdit(*editor)->setCursorPosition(0);
+        QTest::keyClick(editor->window()->windowHandle(), Qt::Key_3);
+    });
+    row("hemisphere by key",
+        [](latLonEditor_t* editor) { QTest::keyClick(hemisphere(*editor), Qt::Key_S); });
+    row("hemisphere by popup", [](latLonEditor_t* editor) { chooseNext(hemisphere(*editor)); });
+    row("own selector", [](latLonEditor_t* editor) {
+        editor->showFormatSelector(true);
+        chooseNext(comboBox(*ownSelector(*editor)));
+    });
+    row("pasted", [](latLonEditor_t* editor) { paste(lineEdit(*editor), QStringLiteral("12N")); });
+    row("pasted digits", [](latLonEditor_t* editor) {
+        lineEdit(*editor)->setCursorPosition(0);
+        paste(lineEdit(*editor), QStringLiteral("3"));
+    });
+    row("pasted from the menu",
+        [](latLonEditor_t* editor) { pasteFromMenu(lineEdit(*editor), QStringLiteral("12S")); });
+    row("middle button",
+        [](latLonEditor_t* editor) { pasteSelection(lineEdit(*editor), QStringLiteral("12S")); });
+    row("dropped", [](latLonEditor_t* editor) { drop(lineEdit(*editor), QStringLiteral("12S")); });
+}
+
+// At the first signal, whichever that is.
+void tst_latLonEditor::mayBeDeletedBySlots()
+{
+    QFETCH(editorChange_t, change);
+    for (const bool isWithParent : {false, true}) {
+        QWidget window;
+        const QPointer<QWidget> parent = new QWidget(&window);
+        const QPointer<latLonEditor_t> editor = new latitudeEditor_t(parent);
+        editor->setCoordinateFormat(CF_DM);
+        editor->setValue(45.0);
+        editor->resize(400, 40);
+        window.show();
+        lineEdit(*editor)->setFocus();
+        int signalCount = 0;
+        const auto end = [&] {
+            ++signalCount;
+            delete (isWithParent ? parent.data() : editor.data());
+        };
+        connect(editor.data(), &latLonEditor_t::valueChanged, this, end);
+        connect(editor.data(), &latLonEditor_t::valueValidityChanged, this, end);
+        change(editor.data());
+        QVERIFY(editor.isNull());
+        QCOMPARE(signalCount, 1);
+    }
+}
+
+void tst_latLonEditor::leavesNothingBehindWhenDeletedBySlots()
+{
+    const QPointer<latLonEditor_t> editor = new latitudeEditor_t;
+    const QPointer<QLineEdit> field = lineEdit(*editor);
+    const QPointer<QComboBox> box = hemisphere(*editor);
+    connect(editor.data(), &latLonEditor_t::valueChanged, this, [&] { delete editor; });
+    type(*editor, 0, QStringLiteral("3"));
+    QVERIFY(editor.isNull());
+    QVERIFY(field.isNull() || !field->isVisible());
+    QTRY_VERIFY(field.isNull() && box.isNull());
+    // Outside of signals all goes at once.
+    auto other = std::make_unique<latitudeEditor_t>();
+    const QPointer<QLineEdit> otherField = lineEdit(*other);
+    other->setValue(12.0);
+    other.reset();
+    QVERIFY(otherField.isNull());
 }
 
 void tst_latLonEditor::showsItsSelectorWhenAsked()
@@ -928,6 +1072,44 @@ void tst_latLonEditor::announcesNoChangeToTheSame()
     QSignalSpy spy(&selector, &coordFormatSelector_t::selectionChanged);
     selector.changeSelection(CF_DM);
     QCOMPARE(spy.count(), 0);
+}
+
+void tst_latLonEditor::mayBeDeletedBySlotsOfASelector_data()
+{
+    QTest::addColumn<selectorChange_t>("change");
+    QTest::newRow("chosen by the user") << selectorChange_t{
+        [](coordFormatSelector_t* selector) { chooseNext(comboBox(*selector)); }};
+    QTest::newRow("chosen by key") << selectorChange_t{[](coordFormatSelector_t* selector) {
+        QTest::keyClick(comboBox(*selector), Qt::Key_Down);
+    }};
+    QTest::newRow("changed") << selectorChange_t{
+        [](coordFormatSelector_t* selector) { selector->changeSelection(CF_DMS); }};
+}
+
+// Deletes at the first and at the second signal, an editor along with it, before or after it.
+void tst_latLonEditor::mayBeDeletedBySlotsOfASelector()
+{
+    QFETCH(selectorChange_t, change);
+    for (const int last : {1, 2}) {
+        for (const bool isEditorFirst : {false, true}) {
+            QWidget window;
+            const QPointer<coordFormatSelector_t> selector = new coordFormatSelector_t(&window);
+            const QPointer<latLonEditor_t> editor = new latitudeEditor_t(&window);
+            window.show();
+            editor->connectFormatSelector(selector, true);
+            int signalCount = 0;
+            connect(selector.data(), &coordFormatSelector_t::selectionChanged, this, [&] {
+                if (++signalCount < last)
+                    return;
+                if (isEditorFirst)
+                    delete editor;
+                delete selector;
+                delete editor;
+            });
+            change(selector.data());
+            QCOMPARE(selector.isNull(), signalCount == last);
+        }
+    }
 }
 
 void tst_latLonEditor::announcesNoLossOfTheChoice_data()

@@ -12,6 +12,7 @@
 #include <QLineEdit>
 #include <QMenu>
 #include <QMimeData>
+#include <QPointer>
 #include <QRegularExpressionValidator>
 #include <clocale>
 #include <cstdio>
@@ -226,6 +227,38 @@ private:
     const taker_t m_taker;
 };
 
+// Lives while signals are sent, whose slots may delete the sender: it counts those that are being
+// sent, and knows whether the sender is still there.
+class announcement_t
+{
+public:
+    announcement_t(const QObject* sender, int& count) : m_sender(sender), m_count(count)
+    {
+        ++m_count;
+    }
+    ~announcement_t()
+    {
+        if (isSenderThere())
+            --m_count;
+    }
+    announcement_t(const announcement_t&) = delete;
+    announcement_t& operator=(const announcement_t&) = delete;
+
+    bool isSenderThere() const { return !m_sender.isNull(); }
+
+private:
+    const QPointer<const QObject> m_sender;
+    int& m_count; // the sender's
+};
+
+// For the end of a parent that is deleted while it announces what a child has signalled. Qt goes on
+// using the child then, so the child is left to the event loop.
+void leaveToEventLoop(QWidget* child)
+{
+    child->setParent(nullptr); // which hides it
+    child->deleteLater();
+}
+
 QHBoxLayout* tightLayout(QWidget* widget)
 {
     auto* const layout = new QHBoxLayout(widget);
@@ -274,7 +307,8 @@ struct latLonEditor_t::privateData_t
     QComboBox* const hemiCB;
     coordFormatSelector_t* const formatSelector;
     std::unique_ptr<QRegularExpressionValidator> validator;
-    bool isValid = true; // as reported last
+    bool isValid = true;   // as reported last
+    int announcements = 0; // being made
     coordFormat_t editorFormat = CF_D;
 };
 
@@ -307,6 +341,10 @@ latLonEditor_t::latLonEditor_t(latLonMode_t mode, QWidget* parent)
 latLonEditor_t::~latLonEditor_t()
 {
     m_d->lineEdit->setValidator(nullptr);
+    if (m_d->announcements == 0)
+        return;
+    leaveToEventLoop(m_d->lineEdit);
+    leaveToEventLoop(m_d->hemiCB);
 }
 
 bool latLonEditor_t::value(double& v) const
@@ -343,8 +381,10 @@ void latLonEditor_t::setCoordinateFormat(latLonEditor_t::coordFormat_t format_)
     if (format_ == m_d->editorFormat || !isNotation(format_) || !value(v))
         return;
     m_d->editorFormat = format_;
+    const QPointer<latLonEditor_t> self(this);
     initialize();
-    setValue(v);
+    if (!self.isNull())
+        setValue(v);
 }
 
 void latLonEditor_t::showFormatSelector(bool show_)
@@ -357,20 +397,23 @@ void latLonEditor_t::setValue(double value_)
     const std::string printed = m_d->isLatitude() ? m_d->llPrinter.printLatitude(value_)
                                                   : m_d->llPrinter.printLongitude(value_);
     const QString text = QString::fromLatin1(printed.data(), static_cast<int>(printed.size()));
+    const QPointer<latLonEditor_t> self(this);
     m_d->hemiCB->setCurrentIndex(m_d->hemiCB->findData(
         text.right(1), Qt::DisplayRole, Qt::MatchFixedString | Qt::MatchCaseSensitive));
-    m_d->lineEdit->setText(text.chopped(1));
+    if (!self.isNull())
+        m_d->lineEdit->setText(text.chopped(1));
 }
 
 void latLonEditor_t::handleValueChanged()
 {
     double v = 0.0;
     const bool isValid = value(v);
+    const announcement_t announcement(this, m_d->announcements);
     if (isValid != m_d->isValid) {
         m_d->isValid = isValid;
         Q_EMIT valueValidityChanged(isValid);
     }
-    if (isValid)
+    if (isValid && announcement.isSenderThere())
         Q_EMIT valueChanged(v);
 }
 
@@ -384,9 +427,12 @@ void latLonEditor_t::handleFormatCBChanged(int index_)
 // Sets the field up for the notation.
 void latLonEditor_t::initialize()
 {
+    const QPointer<latLonEditor_t> self(this);
     const settingsEntry_t& entry = entryTable[m_d->editorFormat];
     m_d->lineEdit->setValidator(nullptr);
     m_d->formatSelector->changeSelection(m_d->editorFormat);
+    if (self.isNull())
+        return;
     m_d->llPrinter.coordFormat(static_cast<printer_t::coordFormat_t>(m_d->editorFormat));
     m_d->llPrinter.hemisphereFormat(printer_t::HF_CHAR_SUFFIX);
     m_d->llPrinter.separatorFormat(printer_t::SF_MARK_SPACE);
@@ -398,7 +444,8 @@ void latLonEditor_t::initialize()
     m_d->validator->setRegularExpression(
         QRegularExpression(fromBytes(m_d->isLatitude() ? entry.latRegEx : entry.lonRegEx)));
     m_d->lineEdit->setInputMask(fromBytes(m_d->isLatitude() ? entry.latMask : entry.lonMask));
-    m_d->lineEdit->setValidator(m_d->validator.get());
+    if (!self.isNull())
+        m_d->lineEdit->setValidator(m_d->validator.get());
 }
 
 latitudeEditor_t::latitudeEditor_t(QWidget* parent) : latLonEditor_t(LLM_LATITUDE, parent)
@@ -412,10 +459,11 @@ longitudeEditor_t::longitudeEditor_t(QWidget* parent) : latLonEditor_t(LLM_LONGI
 struct coordFormatSelector_t::privateData_t
 {
     QComboBox* comboBox;
+    int announcements; // being made
 };
 
 coordFormatSelector_t::coordFormatSelector_t(QWidget* parent)
-    : QWidget(parent), m_d(new privateData_t{new QComboBox(this)})
+    : QWidget(parent), m_d(new privateData_t{new QComboBox(this), 0})
 {
     tightLayout(this)->addWidget(m_d->comboBox);
     for (const char* const label : cfLabel)
@@ -425,19 +473,26 @@ coordFormatSelector_t::coordFormatSelector_t(QWidget* parent)
             &coordFormatSelector_t::handleCurrentIndexChanged);
 }
 
-coordFormatSelector_t::~coordFormatSelector_t() = default;
+coordFormatSelector_t::~coordFormatSelector_t()
+{
+    if (m_d->announcements > 0)
+        leaveToEventLoop(m_d->comboBox);
+}
 
 void coordFormatSelector_t::changeSelection(latLonEditor_t::coordFormat_t format_)
 {
     if (format_ == m_d->comboBox->currentIndex() || !isNotation(format_))
         return;
+    const QPointer<coordFormatSelector_t> self(this);
     m_d->comboBox->setCurrentIndex(format_);
     // Deliberate: announced a second time, after the combo box has done so.
-    Q_EMIT selectionChanged(format_);
+    if (!self.isNull())
+        Q_EMIT selectionChanged(format_);
 }
 
 void coordFormatSelector_t::handleCurrentIndexChanged(int index_)
 {
+    const announcement_t announcement(this, m_d->announcements);
     if (isNotation(index_))
         Q_EMIT selectionChanged(static_cast<latLonEditor_t::coordFormat_t>(index_));
 }

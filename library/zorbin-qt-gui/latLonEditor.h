@@ -19,7 +19,11 @@ class coordFormatSelector_t;
 /// Coordinates in other usual forms (12°34.5'N, -12.575, +1234.5, a pair) are converted when they
 /// are pasted or dropped. Those without a sign or a letter keep the hemisphere that is shown; a
 /// number alone counts when the whole field is selected. What else is pasted types its digits over
-/// the field's, from the cursor on. GUI thread only. \image html latLonEditors.png
+/// the field's, from the cursor on.
+///
+/// Slots of all signals may delete the editor, alone or with what it lies in. Its child widgets
+/// then stay, hidden, until control is back in the event loop. GUI thread only. \image html
+/// latLonEditors.png
 class ZORBIN_QT_GUI_EXPORT latLonEditor_t : public QWidget
 {
     Q_OBJECT
@@ -103,7 +107,7 @@ public:
 };
 
 /// A choice of the notation of latitude and longitude editors; see
-/// latLonEditor_t::connectFormatSelector().
+/// latLonEditor_t::connectFormatSelector(). Slots may delete the selector, as they may an editor.
 class ZORBIN_QT_GUI_EXPORT coordFormatSelector_t : public QWidget
 {
     Q_OBJECT
