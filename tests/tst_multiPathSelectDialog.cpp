@@ -106,6 +106,11 @@ private Q_SLOTS:
     void leavesDirectoriesAsTheyAreWritten();
     void followsTheComboBox();
     void listsOncePerChange();
+    void listsWhateverTheComboBoxAnnounces();
+    void goesElsewhereInSlotsOfTheComboBox_data();
+    void goesElsewhereInSlotsOfTheComboBox();
+    void goesElsewhereAsTheFirstDirectoryIsAdded();
+    void listsWhatASlotChoosesInTheComboBox();
 
     void addsWhatIsSelected();
     void addsEverything();
@@ -127,6 +132,10 @@ private Q_SLOTS:
     void browsesFromTheDirectoryShown();
     void goesWhereTheUserBrowses();
     void staysWhenBrowsingIsCancelled();
+    void startsBrowsingBesideAMissingDirectory();
+    void mayBeDeletedWhileBrowsing_data();
+    void mayBeDeletedWhileBrowsing();
+    void staysWhenTheBrowserIsDeleted();
     void worksWithTheKeyboardAlone();
     void copesWithManyEntries();
 
@@ -482,6 +491,104 @@ void tst_multiPathSelectDialog::listsOncePerChange()
     QCOMPARE(spy.count(), 2);
 }
 
+void tst_multiPathSelectDialog::listsWhateverTheComboBoxAnnounces()
+{
+    make({QStringLiteral("a.log")});
+    mfsDialog_t dialog({QStringLiteral("*.log")});
+    dialog.setDirectory(QStringLiteral("/"));
+    {
+        const QSignalBlocker blocker(dialog.ui()->directoryComboBox);
+        dialog.setDirectory(m_dir->path());
+    }
+    QCOMPARE(dialog.ui()->directoryComboBox->currentText(), m_dir->path());
+    QCOMPARE(offered(dialog), QStringList{QStringLiteral("a.log")});
+    QCOMPARE(enabledButtons(dialog), QStringLiteral("Add All"));
+    // The same path twice in the combo box: the first of them is chosen.
+    dialog.ui()->directoryComboBox->addItem(QStringLiteral("/"));
+    dialog.ui()->directoryComboBox->setCurrentIndex(3);
+    QCOMPARE(dialog.ui()->directoryComboBox->currentIndex(),
+             dialog.ui()->directoryComboBox->findText(QStringLiteral("/")));
+    QCOMPARE(offered(dialog), QStringList());
+}
+
+void tst_multiPathSelectDialog::goesElsewhereInSlotsOfTheComboBox_data()
+{
+    QTest::addColumn<bool>("isChosenByUser");
+    QTest::addColumn<bool>("isTold"); // by the text, not by the index
+    QTest::newRow("set, index") << false << false;
+    QTest::newRow("set, text") << false << true;
+    QTest::newRow("chosen, index") << true << false;
+    QTest::newRow("chosen, text") << true << true;
+}
+
+// Whoever comes to the first directory is sent on to the second.
+void tst_multiPathSelectDialog::goesElsewhereInSlotsOfTheComboBox()
+{
+    QFETCH(bool, isChosenByUser);
+    QFETCH(bool, isTold);
+    QVERIFY(QDir(m_dir->path()).mkdir(QStringLiteral("first")));
+    QVERIFY(QDir(m_dir->path()).mkdir(QStringLiteral("second")));
+    make({QStringLiteral("first/a.log"), QStringLiteral("second/b.log")});
+    mfsDialog_t dialog({});
+    QComboBox* const box = dialog.ui()->directoryComboBox;
+    if (isChosenByUser)
+        box->addItem(path(QStringLiteral("first")));
+    const auto guide = [&] {
+        if (box->currentText() == path(QStringLiteral("first")))
+            dialog.setDirectory(path(QStringLiteral("second")));
+    };
+    if (isTold)
+        connect(box, &QComboBox::currentTextChanged, this, guide);
+    else
+        connect(box, qOverload<int>(&QComboBox::currentIndexChanged), this, guide);
+    QSignalSpy lists(dialog.ui()->candidatesListView->model(), &QAbstractItemModel::modelReset);
+    if (isChosenByUser)
+        box->setCurrentIndex(1);
+    else
+        dialog.setDirectory(path(QStringLiteral("first")));
+    QCOMPARE(history(dialog).mid(1),
+             (QStringList{path(QStringLiteral("first")), path(QStringLiteral("second"))}));
+    QCOMPARE(box->currentText(), path(QStringLiteral("second")));
+    QCOMPARE(offered(dialog), QStringList{QStringLiteral("b.log")});
+    QCOMPARE(lists.count(), 2);
+    dialog.addAllClicked();
+    QCOMPARE(dialog.selected(), QStringList{path(QStringLiteral("second/b.log"))});
+}
+
+// An empty combo box announces the item that is added to it.
+void tst_multiPathSelectDialog::goesElsewhereAsTheFirstDirectoryIsAdded()
+{
+    make({QStringLiteral("a.log")});
+    mfsDialog_t dialog({QStringLiteral("*.log")});
+    QComboBox* const box = dialog.ui()->directoryComboBox;
+    box->clear();
+    connect(box, qOverload<int>(&QComboBox::currentIndexChanged), this, [&] {
+        if (box->currentText() == QLatin1String("/"))
+            dialog.setDirectory(m_dir->path());
+    });
+    dialog.setDirectory(QStringLiteral("/"));
+    QCOMPARE(history(dialog), (QStringList{QStringLiteral("/"), m_dir->path()}));
+    QCOMPARE(box->currentText(), m_dir->path());
+    QCOMPARE(offered(dialog), QStringList{QStringLiteral("a.log")});
+}
+
+void tst_multiPathSelectDialog::listsWhatASlotChoosesInTheComboBox()
+{
+    make({QStringLiteral("a.log")});
+    mfsDialog_t dialog({QStringLiteral("*.log")});
+    QComboBox* const box = dialog.ui()->directoryComboBox;
+    box->addItems({m_dir->path(), QStringLiteral("/"), QStringLiteral("/tmp")});
+    connect(box, qOverload<int>(&QComboBox::currentIndexChanged), this, [&] {
+        if (box->currentText() == QLatin1String("/")) {
+            dialog.setDirectory(QStringLiteral("/tmp"));
+            box->setCurrentIndex(1);
+        }
+    });
+    dialog.setDirectory(QStringLiteral("/"));
+    QCOMPARE(box->currentText(), m_dir->path());
+    QCOMPARE(offered(dialog), QStringList{QStringLiteral("a.log")});
+}
+
 void tst_multiPathSelectDialog::addsWhatIsSelected()
 {
     make({QStringLiteral("a.log"), QStringLiteral("b.log"), QStringLiteral("c.log")});
@@ -732,6 +839,83 @@ void tst_multiPathSelectDialog::staysWhenBrowsingIsCancelled()
     QVERIFY(m_wasOpen);
     QCOMPARE(history(dialog), before);
     QCOMPARE(dialog.ui()->directoryComboBox->currentText(), m_dir->path());
+}
+
+void tst_multiPathSelectDialog::startsBrowsingBesideAMissingDirectory()
+{
+    mfsDialog_t dialog({});
+    dialog.setDirectory(path(QStringLiteral("missing")));
+    QString start;
+    QString name;
+    whenBrowsing([&](QFileDialog* browser) {
+        start = browser->directory().path();
+        name = browser->findChild<QLineEdit*>(QStringLiteral("fileNameEdit"))->text();
+        browser->reject();
+    });
+    dialog.browseClicked();
+    QVERIFY(m_wasOpen);
+    QCOMPARE(start, m_dir->path());
+    QCOMPARE(name, QStringLiteral("missing"));
+}
+
+void tst_multiPathSelectDialog::mayBeDeletedWhileBrowsing_data()
+{
+    QTest::addColumn<bool>("isByKey");
+    QTest::addColumn<bool>("isWithParent");
+    QTest::addColumn<bool>("isAccepted");
+    QTest::newRow("alone") << false << false << false;
+    QTest::newRow("with its parent") << false << true << false;
+    QTest::newRow("once a directory is chosen") << false << false << true;
+    QTest::newRow("opened by a key") << true << false << false;
+}
+
+// The events come through the window, as those of the user do.
+void tst_multiPathSelectDialog::mayBeDeletedWhileBrowsing()
+{
+    QFETCH(bool, isByKey);
+    QFETCH(bool, isWithParent);
+    QFETCH(bool, isAccepted);
+    const QPointer<QWidget> parent = new QWidget;
+    const QPointer<mfsDialog_t> dialog = new mfsDialog_t({}, parent);
+    dialog->show();
+    dialog->activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(dialog));
+    dialog->setDirectory(m_dir->path());
+    QPushButton* const button = dialog->ui()->browseButton;
+    QWindow* const window = dialog->windowHandle();
+    const QPoint place = button->mapTo(dialog, button->rect().center());
+    button->setFocus();
+    if (isByKey)
+        QTest::keyPress(window, Qt::Key_Space);
+    else
+        QTest::mousePress(window, Qt::LeftButton, Qt::NoModifier, place);
+    QPointer<QFileDialog> opened;
+    whenBrowsing([&](QFileDialog* browser) {
+        opened = browser;
+        if (isAccepted)
+            static_cast<QDialog*>(browser)->accept();
+        delete (isWithParent ? parent.data() : dialog.data());
+    });
+    if (isByKey)
+        QTest::keyRelease(window, Qt::Key_Space);
+    else
+        QTest::mouseRelease(window, Qt::LeftButton, Qt::NoModifier, place);
+    QVERIFY(m_wasOpen);
+    QVERIFY(dialog.isNull());
+    QVERIFY(opened.isNull());
+    QCOMPARE(parent.isNull(), isWithParent);
+    delete parent;
+}
+
+void tst_multiPathSelectDialog::staysWhenTheBrowserIsDeleted()
+{
+    mfsDialog_t dialog({});
+    dialog.setDirectory(m_dir->path());
+    whenBrowsing([](QFileDialog* browser) { delete browser; });
+    dialog.browseClicked();
+    QVERIFY(m_wasOpen);
+    QCOMPARE(dialog.ui()->directoryComboBox->currentText(), m_dir->path());
+    QVERIFY(dialog.findChildren<QFileDialog*>().isEmpty());
 }
 
 void tst_multiPathSelectDialog::worksWithTheKeyboardAlone()

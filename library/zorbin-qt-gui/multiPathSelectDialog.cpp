@@ -4,7 +4,7 @@
 
 #include <QFileDialog>
 #include <QItemSelectionModel>
-#include <QScopedValueRollback>
+#include <QPointer>
 #include <QStringListModel>
 #include <algorithm>
 #include <vector>
@@ -31,7 +31,7 @@ struct multiPathSelectDialog_t::private_t
     QStringListModel* const selectedModel;   // absolute paths
     QString fileDialogCaption;
     QDir::Filters fdFilters;
-    bool isChangingDirectory = false; // what the combo box says meanwhile is known
+    unsigned listings = 0; // of a directory, so far
 };
 
 multiPathSelectDialog_t::multiPathSelectDialog_t(const QStringList& nameFilters, QWidget* parent)
@@ -112,8 +112,19 @@ Ui_multiPathSelectDialog* multiPathSelectDialog_t::ui()
 
 void multiPathSelectDialog_t::browseClicked()
 {
-    handleDirectoryChange(QFileDialog::getExistingDirectory(
-        this, m_d->fileDialogCaption, m_d->ui.directoryComboBox->currentText()));
+    // As QFileDialog::getExistingDirectory() does it, but not on the stack: slots may delete the
+    // dialog as long as the browser is open, which deletes the browser, too.
+    const QPointer<QFileDialog> browser =
+        new QFileDialog(this, m_d->fileDialogCaption, m_d->ui.directoryComboBox->currentText());
+    browser->setFileMode(QFileDialog::Directory);
+    browser->setOption(QFileDialog::ShowDirsOnly);
+    browser->setSupportedSchemes({QStringLiteral("file")});
+    const bool isAccepted = browser->exec() == QDialog::Accepted;
+    if (browser.isNull())
+        return;
+    const QString path = isAccepted ? browser->selectedFiles().constFirst() : QString();
+    delete browser;
+    handleDirectoryChange(path);
 }
 
 void multiPathSelectDialog_t::addClicked()
@@ -170,16 +181,21 @@ void multiPathSelectDialog_t::deleteAllClicked()
 
 void multiPathSelectDialog_t::handleDirectoryChange(const QString& path_)
 {
-    if (path_.isEmpty() || m_d->isChangingDirectory)
+    if (path_.isEmpty())
         return;
-    const QScopedValueRollback<bool> change(m_d->isChangingDirectory, true);
+    // What the combo box announces leads here again, and a slot of it may go elsewhere. In either
+    // case the directory is listed on return, and nothing is left to be done.
+    const unsigned listings = m_d->listings;
     QComboBox* const history = m_d->ui.directoryComboBox;
     int index = history->findText(path_, Qt::MatchExactly | Qt::MatchCaseSensitive);
     if (index == -1) {
         index = history->count();
         history->addItem(path_);
     }
-    history->setCurrentIndex(index);
+    if (m_d->listings == listings)
+        history->setCurrentIndex(index);
+    if (m_d->listings != listings)
+        return;
     getCandidatesList();
     updateButtons();
 }
@@ -195,6 +211,7 @@ void multiPathSelectDialog_t::updateButtons()
 
 void multiPathSelectDialog_t::getCandidatesList()
 {
+    ++m_d->listings;
     m_d->currentDir = QDir(m_d->ui.directoryComboBox->currentText());
     m_d->candidatesModel->setStringList(
         m_d->currentDir.entryList(m_d->filters, m_d->fdFilters, QDir::NoSort));

@@ -12,8 +12,11 @@ namespace zorbin_qt_gui {
 
 /// A dialog in which the user goes to directories and collects entries of them in a list of paths.
 /// Run it with exec() and read selected() once it was accepted; an empty list can be accepted, too.
-/// Applications take one for files (mfsDialog_t) or for directories (mdsDialog_t). GUI thread only.
-/// \image html multiPathSelectDialog.png
+/// Applications take one for files (mfsDialog_t) or for directories (mdsDialog_t).
+///
+/// The dialog may be deleted while its directory browser is open; the browser goes with it. Slots
+/// of the widgets of ui() need deleteLater(): Qt still uses the widgets afterwards. GUI thread
+/// only. \image html multiPathSelectDialog.png
 class ZORBIN_QT_GUI_EXPORT multiPathSelectDialog_t : public QDialog
 {
     Q_OBJECT
@@ -33,7 +36,8 @@ public:
     /// Chooses these paths, in this order, instead of those that were. An empty list is ignored.
     void setSelected(const QStringList& paths);
 
-    /// Goes to a directory. An empty path is ignored, one that can't be read offers nothing.
+    /// Goes to a directory. An empty path is ignored, one that can't be read offers nothing. A slot
+    /// of the combo box may call it: the dialog goes on to that directory.
     void setDirectory(const QString& path);
 
     /// The caption of the dialog that browses for a directory.
