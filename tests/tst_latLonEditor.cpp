@@ -203,6 +203,7 @@ private Q_SLOTS:
     void judgesTexts();
     void acceptsAnyDegreesThatAreWholeNumbers();
     void takesAnyCharacterForThePoint();
+    void takesDigitsOfOtherScripts();
 
     void takesTypedDigits();
     void refusesTypedMinutesAndSecondsOf60();
@@ -677,6 +678,36 @@ void tst_latLonEditor::takesAnyCharacterForThePoint()
     QCOMPARE(lineEdit(editor)->validator()->validate(text, cursor), QValidator::Intermediate);
     text = QStringLiteral("12150000000°"); // or goes on
     QCOMPARE(lineEdit(editor)->validator()->validate(text, cursor), QValidator::Invalid);
+}
+
+// The mask lets them pass, so the pattern does, too. They make no coordinate.
+void tst_latLonEditor::takesDigitsOfOtherScripts()
+{
+    latitudeEditor_t editor;
+    int cursor = 0;
+    QString arabic =
+        QStringLiteral("\u0661\u0662.\u0663\u0664\u0665\u0666\u0667\u0668\u0669\u0660°");
+    QCOMPARE(lineEdit(editor)->validator()->validate(arabic, cursor), QValidator::Acceptable);
+    QString half = QStringLiteral("\u00BD2.34567890°"); // a number, no digit
+    QCOMPARE(lineEdit(editor)->validator()->validate(half, cursor), QValidator::Invalid);
+    QString lines = QStringLiteral("12\n34567890°");
+    QCOMPARE(lineEdit(editor)->validator()->validate(lines, cursor), QValidator::Acceptable);
+
+    QSignalSpy validity(&editor, &latLonEditor_t::valueValidityChanged);
+    for (const auto format : {CF_D, CF_DM, CF_DMS}) {
+        editor.setCoordinateFormat(format);
+        editor.setValue(0.0);
+        validity.clear();
+        lineEdit(editor)->setCursorPosition(0);
+        for (const char16_t digit : {u'\u0661', u'\u096F'}) { // Arabic, Devanagari
+            QKeyEvent key(QEvent::KeyPress, 0, Qt::NoModifier, QString(QChar(digit)));
+            QCoreApplication::sendEvent(lineEdit(editor), &key);
+        }
+        QCOMPARE(lineEdit(editor)->text().left(2), QStringLiteral("\u0661\u096F"));
+        QCOMPARE(valueOf(editor), NOTHING);
+        QCOMPARE(arguments(validity), QList<double>{0.0});
+        editor.setValue(0.0);
+    }
 }
 
 void tst_latLonEditor::takesTypedDigits()

@@ -1,6 +1,7 @@
 #include "latLonEditor.h"
 
 #include "coordinateText_p.h"
+#include "qtCompat_p.h"
 
 #include <QAction>
 #include <QApplication>
@@ -13,7 +14,6 @@
 #include <QMenu>
 #include <QMimeData>
 #include <QPointer>
-#include <QRegularExpressionValidator>
 #include <clocale>
 #include <cstdio>
 #include <functional>
@@ -82,20 +82,19 @@ private:
 };
 
 // Checks a text against the pattern, and what can be told of its fields against their limits.
-class coordValidator_t : public QRegularExpressionValidator
+class coordValidator_t : public patternValidator_t
 {
 public:
     coordValidator_t(latLonEditor_t::coordFormat_t format, QObject* parent, double maxDegrees,
                      double tooManyDegrees)
-        : QRegularExpressionValidator(parent), m_format(format),
-          m_mask(entryTable[format].inputParser), m_maxDegrees(maxDegrees),
-          m_tooManyDegrees(tooManyDegrees)
+        : patternValidator_t(parent), m_format(format), m_mask(entryTable[format].inputParser),
+          m_maxDegrees(maxDegrees), m_tooManyDegrees(tooManyDegrees)
     {
     }
 
     State validate(QString& input, int& pos) const override
     {
-        if (QRegularExpressionValidator::validate(input, pos) == Invalid)
+        if (patternValidator_t::validate(input, pos) == Invalid)
             return Invalid;
         double degrees = 0.0;
         double minutes = 0.0;
@@ -306,7 +305,7 @@ struct latLonEditor_t::privateData_t
     QLineEdit* const lineEdit;
     QComboBox* const hemiCB;
     coordFormatSelector_t* const formatSelector;
-    std::unique_ptr<QRegularExpressionValidator> validator;
+    std::unique_ptr<patternValidator_t> validator;
     bool isValid = true;   // as reported last
     int announcements = 0; // being made
     coordFormat_t editorFormat = CF_D;
@@ -441,8 +440,7 @@ void latLonEditor_t::initialize()
         m_d->validator = std::make_unique<latValidator_t>(m_d->editorFormat, nullptr);
     else
         m_d->validator = std::make_unique<lonValidator_t>(m_d->editorFormat, nullptr);
-    m_d->validator->setRegularExpression(
-        QRegularExpression(fromBytes(m_d->isLatitude() ? entry.latRegEx : entry.lonRegEx)));
+    setPattern(*m_d->validator, fromBytes(m_d->isLatitude() ? entry.latRegEx : entry.lonRegEx));
     m_d->lineEdit->setInputMask(fromBytes(m_d->isLatitude() ? entry.latMask : entry.lonMask));
     if (!self.isNull())
         m_d->lineEdit->setValidator(m_d->validator.get());

@@ -24,6 +24,17 @@ bool hasFixedFunctions(const QOpenGLContext& context)
 
 } // namespace
 
+void setPattern(patternValidator_t& validator, const QString& pattern)
+{
+#if QT_VERSION >= QT_VERSION_CHECK(6, 0, 0)
+    validator.setRegularExpression(
+        QRegularExpression(pattern, QRegularExpression::UseUnicodePropertiesOption |
+                                        QRegularExpression::DotMatchesEverythingOption));
+#else
+    validator.setRegExp(QRegExp(pattern));
+#endif
+}
+
 QSize globalStrut()
 {
 #if QT_VERSION >= QT_VERSION_CHECK(6, 0, 0)

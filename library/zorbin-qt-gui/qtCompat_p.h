@@ -1,6 +1,11 @@
 #pragma once
 #include <QMouseEvent>
 #include <QSize>
+#if QT_VERSION >= QT_VERSION_CHECK(6, 0, 0)
+#include <QRegularExpressionValidator>
+#else
+#include <QRegExpValidator>
+#endif
 #include <string>
 
 class QOpenGLContext;
@@ -18,6 +23,17 @@ inline QPoint pointerPos(const QMouseEvent* event)
     return event->pos();
 #endif
 }
+
+/// Checks a text against a pattern, which is to be set by setPattern().
+#if QT_VERSION >= QT_VERSION_CHECK(6, 0, 0)
+using patternValidator_t = QRegularExpressionValidator;
+#else
+using patternValidator_t = QRegExpValidator;
+#endif
+
+/// Sets a pattern for the whole text, whose "\d" stands for a digit of any script, and whose point
+/// for any character.
+void setPattern(patternValidator_t& validator, const QString& pattern);
 
 /// The least size that the application asks for of all widgets.
 QSize globalStrut();
