@@ -1,6 +1,6 @@
 // The reader of coordinates that come from elsewhere, in UTF-8. What it reads lies within the
 // limits, and is the same with blanks around it and when it is printed and read again in every
-// notation.
+// notation. A pair has both its halves.
 #include "coordinateText_p.h"
 #include "fuzzSupport.h"
 
@@ -24,6 +24,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         require(coordinate->hasHemisphere || value >= 0.0, "a sign is a hemisphere");
         require(!coordinate->hasHemisphere || !coordinate->isPlainMagnitude,
                 "a magnitude has no hemisphere");
+        require(!coordinate->isOfPair || coordinate->hasHemisphere, "one of a pair has");
+        const auto other = (isLatitude ? readLongitude : readLatitude)(text);
+        require(!coordinate->isOfPair || (other && other->isOfPair), "a pair has two");
+        require(coordinate->isOfPair || !other || !other->isOfPair, "and only a pair has");
 
         // The limit to a text's length counts blanks, too.
         const auto amongBlanks = read(QLatin1Char('\t') + text.trimmed() + QLatin1Char('\n'));
