@@ -1,5 +1,7 @@
 #include "latLonEditor.h"
 
+#include "support/messageRecorder.h"
+
 #include <QAbstractItemView>
 #include <QApplication>
 #include <QClipboard>
@@ -127,23 +129,47 @@ static int pasteFromMenu(QLineEdit* edit, const QString& text)
     return count;
 }
 
+// Where a click leaves the cursor where it is.
+static QPoint placeOfCursor(QLineEdit* edit)
+{
+    QPoint place(1, edit->height() / 2);
+    while (place.x() < edit->width() && edit->cursorPositionAt(place) != edit->cursorPosition())
+        ++place.rx();
+    return place;
+}
+
 static void pasteSelection(QLineEdit* edit, const QString& text)
 {
     QApplication::clipboard()->setText(text, QClipboard::Selection);
-    QTest::mouseClick(edit, Qt::MiddleButton, Qt::NoModifier, QPoint(1, 10));
+    QTest::mouseClick(edit, Qt::MiddleButton, Qt::NoModifier, placeOfCursor(edit));
 }
 
 // Returns whether it was taken.
 static bool drop(QLineEdit* edit, const QString& text)
 {
+    const QPoint place = placeOfCursor(edit);
     QMimeData dropped;
     dropped.setText(text);
-    QDragEnterEvent enter(QPoint(1, 10), Qt::CopyAction, &dropped, Qt::LeftButton, Qt::NoModifier);
+    QDragEnterEvent enter(place, Qt::CopyAction, &dropped, Qt::LeftButton, Qt::NoModifier);
     QCoreApplication::sendEvent(edit, &enter);
-    QDropEvent event(QPointF(1.0, 10.0), Qt::CopyAction, &dropped, Qt::LeftButton, Qt::NoModifier);
+    QDropEvent event(place, Qt::CopyAction, &dropped, Qt::LeftButton, Qt::NoModifier);
     QCoreApplication::sendEvent(edit, &event);
     return event.isAccepted();
 }
+
+// A way of a text into a field, where its cursor is.
+struct way_t
+{
+    const char* name;
+    void (*put)(QLineEdit* edit, const QString& text);
+};
+
+static constexpr way_t ways[] = {
+    {"key", paste},
+    {"menu", [](QLineEdit* edit, const QString& text) { pasteFromMenu(edit, text); }},
+    {"middle button", pasteSelection},
+    {"drop", [](QLineEdit* edit, const QString& text) { drop(edit, text); }},
+};
 
 // Picks the item below, as the user does.
 static void chooseNext(QComboBox* box)
@@ -213,12 +239,37 @@ private Q_SLOTS:
     void typesOverWhatIsSelected();
     void convertsWhatIsPasted_data();
     void convertsWhatIsPasted();
+    void convertsPositionsForEachKind_data();
+    void convertsPositionsForEachKind();
+    void typesDigitsAndSignsOfTheMask_data();
+    void typesDigitsAndSignsOfTheMask();
+    void refusesWhatItDoesNotUnderstand_data();
+    void refusesWhatItDoesNotUnderstand();
+    void refusesDigitsThatTheFieldRefuses_data();
+    void refusesDigitsThatTheFieldRefuses();
     void pastesFromTheMenu();
+    void pastesTheSelectionByKey();
     void pastesNothingWhenReadOnly();
+    void pastesNothingOutOfNothing();
     void pastesTheSelectionWithTheMiddleButton_data();
     void pastesTheSelectionWithTheMiddleButton();
     void convertsWhatIsDropped_data();
     void convertsWhatIsDropped();
+
+    void showsARefusalByItsBase();
+    void putsTheBaseBack_data();
+    void putsTheBaseBack();
+    void refusesTwiceInARow();
+    void endsTheFlashBeforeValidityChanges();
+    void mayBeDeletedDuringTheFlash();
+
+    void setsBothOfAPair_data();
+    void setsBothOfAPair();
+    void setsOneOfAPairWithoutPartner();
+    void leavesAPartnerAloneThatMayNotBeEdited();
+    void refusesToPairTheSameKind();
+    void pairsWithAnother();
+    void survivesTheEndOfAPartner();
 
     void mayBeDeletedBySlots_data();
     void mayBeDeletedBySlots();
@@ -818,6 +869,170 @@ void tst_latLonEditor::convertsWhatIsPasted()
     QTEST(shownText(editor), "inFront");
 }
 
+void tst_latLonEditor::convertsPositionsForEachKind_data()
+{
+    QTest::addColumn<QString>("text");
+    for (const char* const text :
+         {"22-00.5S 017-56.5W", "22\u201300.5S, 017\u201356.5W",
+          "lat -22.0083333333 lon -17.9416666667", "LON: 17 56.5 W, LAT: 22 00.5 S",
+          "geo:-22.00833333333,-17.94166666667", "POINT(-17.94166666667 -22.00833333333)",
+          "22d00.5mS 17d56.5mW", "22d00m30sS 17d56m30sW", "22\u00B000.5'S 017\u00B056.5'W",
+          "-22.0083333333, -17.9416666667", "S22 00.5 W17 56.5\n"})
+        QTest::newRow(text) << QString::fromUtf8(text);
+}
+
+// By all ways into the field, of which only a number's place matters.
+void tst_latLonEditor::convertsPositionsForEachKind()
+{
+    QFETCH(QString, text);
+    for (const way_t& way : ways) {
+        latitudeEditor_t latitude;
+        longitudeEditor_t longitude;
+        for (latLonEditor_t* const editor :
+             {static_cast<latLonEditor_t*>(&latitude), static_cast<latLonEditor_t*>(&longitude)}) {
+            editor->setCoordinateFormat(CF_DM);
+            editor->setValue(11.5);
+            QSignalSpy refusals(editor, &latLonEditor_t::pasteRefused);
+            lineEdit(*editor)->setCursorPosition(4);
+            way.put(lineEdit(*editor), text);
+            QCOMPARE(refusals.count(), 0);
+        }
+        QCOMPARE(shownText(latitude), QStringLiteral("22° 00.500000'S"));
+        QCOMPARE(shownText(longitude), QStringLiteral("017° 56.500000'W"));
+    }
+}
+
+void tst_latLonEditor::typesDigitsAndSignsOfTheMask_data()
+{
+    QTest::addColumn<latLonEditor_t::coordFormat_t>("format");
+    QTest::addColumn<int>("cursor");
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QString>("shown"); // over 20 degrees south
+    const auto row = [](const char* name, latLonEditor_t::coordFormat_t format, int cursor,
+                        const QString& text, const QString& shown) {
+        QTest::newRow(name) << format << cursor << text << shown;
+    };
+    row("a digit", CF_D, 1, QStringLiteral("4"), QStringLiteral("24.00000000°S"));
+    row("across the point", CF_D, 1, QStringLiteral("456"), QStringLiteral("24.56000000°S"));
+    row("all digits", CF_D, 0, QStringLiteral("1234567890"), QStringLiteral("12.34567890°S"));
+    row("with the point", CF_D, 0, QStringLiteral("12.5"), QStringLiteral("12.50000000°S"));
+    row("blanks around", CF_DM, 0, QStringLiteral(" 12\n"), QStringLiteral("12° 00.000000'S"));
+    row("minutes", CF_DM, 4, QStringLiteral("34.5"), QStringLiteral("20° 34.500000'S"));
+    row("minutes with mark", CF_DM, 4, QStringLiteral("34.5'"), QStringLiteral("20° 34.500000'S"));
+    row("minutes, seconds", CF_DMS, 4, QStringLiteral("34' 30"),
+        QStringLiteral("20° 34' 30.0000\"S"));
+    row("too many", CF_D, 9, QStringLiteral("123456"), QStringLiteral("20.00000012°S"));
+    row("other script", CF_D, 0, QStringLiteral("\u0661"), QStringLiteral("\u06610.00000000°S"));
+    row("beyond the pole", CF_D, 0, QStringLiteral("95.00000000°"),
+        QStringLiteral("95.00000000°S"));
+}
+
+void tst_latLonEditor::typesDigitsAndSignsOfTheMask()
+{
+    QFETCH(latLonEditor_t::coordFormat_t, format);
+    QFETCH(int, cursor);
+    QFETCH(QString, text);
+    for (const way_t& way : ways) {
+        latitudeEditor_t editor;
+        lineEdit(editor)->resize(300, 30);
+        editor.setCoordinateFormat(format);
+        editor.setValue(-20.0);
+        QSignalSpy refusals(&editor, &latLonEditor_t::pasteRefused);
+        lineEdit(editor)->setCursorPosition(cursor);
+        way.put(lineEdit(editor), text);
+        QFETCH(QString, shown);
+        QVERIFY2(shownText(editor) == shown, way.name);
+        QCOMPARE(refusals.count(), 0);
+    }
+    // What is selected is typed over, as by keys.
+    latitudeEditor_t editor;
+    editor.setCoordinateFormat(format);
+    editor.setValue(-20.0);
+    lineEdit(editor)->setSelection(cursor, 2);
+    paste(lineEdit(editor), text);
+    QTEST(shownText(editor), "shown");
+}
+
+void tst_latLonEditor::refusesWhatItDoesNotUnderstand_data()
+{
+    QTest::addColumn<QString>("text");
+    for (const char* const text : {"depth 12.5",
+                                   "depth",
+                                   "12.5 m",
+                                   "12,5",
+                                   "12\u00B034.5'E",
+                                   "22 00.5 W",
+                                   "geo:95,45",
+                                   "geo:12,45;crs=other",
+                                   "lon 17.5",
+                                   "POINT EMPTY",
+                                   "12N 13N",
+                                   "2026-12-24",
+                                   "-12-34.5",
+                                   "12 - 34.5",
+                                   "N",
+                                   "-",
+                                   "12.5 45.2 m",
+                                   "-95",
+                                   "12 34 30 40N",
+                                   "\u221E"})
+        QTest::newRow(text) << QString::fromUtf8(text);
+    QTest::newRow("long") << QString(100000, QLatin1Char('x'));
+    QTest::newRow("blanks around") << QStringLiteral("\t12.5 m \n");
+}
+
+void tst_latLonEditor::refusesWhatItDoesNotUnderstand()
+{
+    QFETCH(QString, text);
+    for (const auto format : {CF_D, CF_DM, CF_DMS}) {
+        for (const way_t& way : ways) {
+            latitudeEditor_t editor;
+            editor.setCoordinateFormat(format);
+            editor.setValue(-20.0);
+            const QString before = shownText(editor);
+            QSignalSpy refusals(&editor, &latLonEditor_t::pasteRefused);
+            QSignalSpy values(&editor, &latLonEditor_t::valueChanged);
+            for (const bool isWhole : {false, true}) {
+                lineEdit(editor)->setCursorPosition(0);
+                if (isWhole)
+                    lineEdit(editor)->selectAll();
+                way.put(lineEdit(editor), text);
+                QVERIFY2(shownText(editor) == before, way.name);
+            }
+            QCOMPARE(values.count(), 0);
+            QCOMPARE(refusals.count(), 2);
+            QCOMPARE(refusals.first().first().toString(), text); // as it came
+        }
+    }
+}
+
+void tst_latLonEditor::refusesDigitsThatTheFieldRefuses_data()
+{
+    QTest::addColumn<int>("cursor");
+    QTest::addColumn<QString>("text");
+    QTest::newRow("60 minutes") << 4 << QStringLiteral("60");
+    QTest::newRow("no place left") << 17 << QStringLiteral("1");
+}
+
+// All of them or none.
+void tst_latLonEditor::refusesDigitsThatTheFieldRefuses()
+{
+    QFETCH(int, cursor);
+    QFETCH(QString, text);
+    latitudeEditor_t editor;
+    editor.setCoordinateFormat(CF_DMS);
+    editor.setValue(-20.0);
+    QSignalSpy refusals(&editor, &latLonEditor_t::pasteRefused);
+    QSignalSpy values(&editor, &latLonEditor_t::valueChanged);
+    lineEdit(editor)->setCursorPosition(cursor);
+    paste(lineEdit(editor), text);
+    QCOMPARE(shownText(editor), QStringLiteral("20° 00' 00.0000\"S"));
+    for (const double value : arguments(values))
+        QCOMPARE(value, -20.0);
+    QCOMPARE(refusals.count(), 1);
+    QCOMPARE(refusals.first().first().toString(), text);
+}
+
 void tst_latLonEditor::pastesFromTheMenu()
 {
     latitudeEditor_t editor;
@@ -825,13 +1040,43 @@ void tst_latLonEditor::pastesFromTheMenu()
     QCOMPARE(shownText(editor), QStringLiteral("12.57500000°S"));
 }
 
+void tst_latLonEditor::pastesTheSelectionByKey()
+{
+    QApplication::clipboard()->setText(QStringLiteral("12S"));
+    QApplication::clipboard()->setText(QStringLiteral("34S"), QClipboard::Selection);
+    latitudeEditor_t editor;
+    QTest::keyClick(lineEdit(editor), Qt::Key_Insert, Qt::ShiftModifier);
+    QCOMPARE(shownText(editor), QStringLiteral("12.00000000°S"));
+    QTest::keyClick(lineEdit(editor), Qt::Key_Insert, Qt::ShiftModifier | Qt::ControlModifier);
+    QCOMPARE(shownText(editor), QStringLiteral("34.00000000°S"));
+}
+
 void tst_latLonEditor::pastesNothingWhenReadOnly()
 {
-    QApplication::clipboard()->setText(QStringLiteral("12°34.5'S"));
-    latitudeEditor_t editor;
-    lineEdit(editor)->setReadOnly(true);
-    QTest::keyClick(lineEdit(editor), Qt::Key_V, Qt::ControlModifier);
-    QCOMPARE(shownText(editor), QStringLiteral("00.00000000°N"));
+    for (const auto& text : {QStringLiteral("12°34.5'S"), QStringLiteral("depth")}) {
+        for (const way_t& way : ways) {
+            latitudeEditor_t editor;
+            QSignalSpy refusals(&editor, &latLonEditor_t::pasteRefused);
+            lineEdit(editor)->setReadOnly(true);
+            way.put(lineEdit(editor), text);
+            QVERIFY2(shownText(editor) == QStringLiteral("00.00000000°N"), way.name);
+            QCOMPARE(refusals.count(), 0);
+        }
+    }
+}
+
+void tst_latLonEditor::pastesNothingOutOfNothing()
+{
+    for (const auto& text : {QString(), QStringLiteral(" \n")}) {
+        for (const way_t& way : ways) {
+            latitudeEditor_t editor;
+            QSignalSpy refusals(&editor, &latLonEditor_t::pasteRefused);
+            lineEdit(editor)->selectAll();
+            way.put(lineEdit(editor), text);
+            QVERIFY2(shownText(editor) == QStringLiteral("00.00000000°N"), way.name);
+            QCOMPARE(refusals.count(), 0);
+        }
+    }
 }
 
 void tst_latLonEditor::pastesTheSelectionWithTheMiddleButton_data()
@@ -874,6 +1119,305 @@ void tst_latLonEditor::convertsWhatIsDropped()
     lineEdit(editor)->setReadOnly(isReadOnly);
     QCOMPARE(drop(lineEdit(editor), text), !isReadOnly);
     QTEST(shownText(editor), "shown");
+}
+
+void tst_latLonEditor::showsARefusalByItsBase()
+{
+    latitudeEditor_t editor;
+    editor.resize(400, 40);
+    QLineEdit* const field = lineEdit(editor);
+    const QColor highlight = field->palette().color(QPalette::Highlight);
+    QColor baseInSlot;
+    connect(&editor, &latLonEditor_t::pasteRefused, this,
+            [&] { baseInSlot = field->palette().color(QPalette::Base); });
+    const QPalette before = field->palette();
+    paste(field, QStringLiteral("depth"));
+    QCOMPARE(baseInSlot, before.color(QPalette::Base)); // an application may save it there
+    for (const auto group : {QPalette::Active, QPalette::Inactive, QPalette::Disabled})
+        QCOMPARE(field->palette().color(group, QPalette::Base),
+                 before.color(group, QPalette::Highlight));
+    QCOMPARE(field->grab().toImage().pixelColor(20, field->height() / 2), highlight);
+    const auto* const timer = field->findChild<QTimer*>();
+    QVERIFY(timer->isActive());
+    QCOMPARE(timer->interval(), 200);
+    QTRY_COMPARE(field->palette(), before);
+    QVERIFY(!timer->isActive());
+    QCOMPARE(field->grab().toImage().pixelColor(20, field->height() / 2),
+             before.color(QPalette::Base));
+}
+
+void tst_latLonEditor::putsTheBaseBack_data()
+{
+    QTest::addColumn<QColor>("own");     // the field's base before; invalid if it hasn't any
+    QTest::addColumn<QString>("change"); // during the flash
+    QTest::addColumn<QColor>("wanted");  // afterwards
+    const QColor none;
+    const QColor base = QApplication::palette().color(QPalette::Base);
+    QTest::newRow("nobody's") << none << "" << base;
+    QTest::newRow("its own") << QColor(Qt::yellow) << "" << QColor(Qt::yellow);
+    QTest::newRow("changed") << none << "field" << QColor(Qt::red);
+    QTest::newRow("its own, changed") << QColor(Qt::yellow) << "field" << QColor(Qt::red);
+    QTest::newRow("the editor's") << none << "editor" << QColor(Qt::red);
+    QTest::newRow("its own in spite of the editor's")
+        << QColor(Qt::yellow) << "editor" << QColor(Qt::yellow);
+    QTest::newRow("another role") << none << "text" << base;
+    QTest::newRow("by validity") << none << "validity" << QColor(Qt::red);
+    QTest::newRow("its own, by validity") << QColor(Qt::yellow) << "validity" << QColor(Qt::red);
+    QTest::newRow("by style sheet") << none << "sheet" << base;
+}
+
+void tst_latLonEditor::putsTheBaseBack()
+{
+    QFETCH(QColor, own);
+    QFETCH(QString, change);
+    latitudeEditor_t editor;
+    editor.setValue(12.5);
+    QLineEdit* const field = lineEdit(editor);
+    const auto setColor = [](QWidget* widget, QPalette::ColorRole role, const QColor& color) {
+        QPalette palette = widget->palette();
+        palette.setColor(role, color);
+        widget->setPalette(palette);
+    };
+    if (own.isValid())
+        setColor(field, QPalette::Base, own);
+    connect(&editor, &latLonEditor_t::valueValidityChanged, this, [&](bool isValid) {
+        if (change == QLatin1String("validity"))
+            setColor(field, QPalette::Base, isValid ? Qt::green : Qt::red);
+        if (change == QLatin1String("sheet"))
+            field->setStyleSheet(isValid ? QString() : QStringLiteral("background: red"));
+    });
+    paste(field, QStringLiteral("depth"));
+    QCOMPARE(field->palette().color(QPalette::Base), field->palette().color(QPalette::Highlight));
+    if (change == QLatin1String("field"))
+        setColor(field, QPalette::Base, Qt::red);
+    else if (change == QLatin1String("editor"))
+        setColor(&editor, QPalette::Base, Qt::red);
+    else if (change == QLatin1String("text"))
+        setColor(field, QPalette::Text, Qt::red);
+    else
+        editor.setValue(NOTHING);
+    QTRY_VERIFY(!field->findChild<QTimer*>()->isActive());
+    if (change == QLatin1String("sheet"))
+        editor.setValue(12.5);
+    QTEST(field->palette().color(QPalette::Base), "wanted");
+    if (change == QLatin1String("text"))
+        QCOMPARE(field->palette().color(QPalette::Text), QColor(Qt::red));
+
+    if (change == QLatin1String("sheet"))
+        return; // Qt itself loses track of what follows the application then
+    // What nobody has set follows the application's colours again.
+    const QPalette before = QApplication::palette();
+    QPalette dark = before;
+    dark.setColor(QPalette::Base, Qt::black);
+    QApplication::setPalette(dark);
+    QCoreApplication::processEvents(); // which tells the widgets, with Qt 6
+    const QColor darkened = field->palette().color(QPalette::Base);
+    QApplication::setPalette(before);
+    QCoreApplication::processEvents();
+    const bool isNobodys = !own.isValid() && (change.isEmpty() || change == QLatin1String("text"));
+    QCOMPARE(darkened == QColor(Qt::black), isNobodys);
+}
+
+void tst_latLonEditor::refusesTwiceInARow()
+{
+    latitudeEditor_t editor;
+    QLineEdit* const field = lineEdit(editor);
+    auto* const timer = field->findChild<QTimer*>();
+    const QPalette before = field->palette();
+    paste(field, QStringLiteral("depth"));
+    QPalette other = field->palette();
+    other.setColor(QPalette::Base, Qt::red);
+    field->setPalette(other);
+    paste(field, QStringLiteral("depth"));
+    QCOMPARE(field->palette().color(QPalette::Base), before.color(QPalette::Highlight));
+    QVERIFY(timer->remainingTime() > 0);
+    QTRY_COMPARE(field->palette().color(QPalette::Base), QColor(Qt::red));
+}
+
+void tst_latLonEditor::endsTheFlashBeforeValidityChanges()
+{
+    latitudeEditor_t editor;
+    QLineEdit* const field = lineEdit(editor);
+    const QPalette before = field->palette();
+    QList<QPalette> seen;
+    connect(&editor, &latLonEditor_t::valueValidityChanged, this,
+            [&] { seen.append(field->palette()); });
+    paste(field, QStringLiteral("depth"));
+    editor.setValue(12.5);
+    QCOMPARE(field->palette().color(QPalette::Base), before.color(QPalette::Highlight));
+    editor.setValue(NOTHING);
+    QCOMPARE(seen, QList<QPalette>{before});
+    QCOMPARE(field->palette(), before);
+    QVERIFY(!field->findChild<QTimer*>()->isActive());
+}
+
+void tst_latLonEditor::mayBeDeletedDuringTheFlash()
+{
+    auto editor = std::make_unique<latitudeEditor_t>();
+    paste(lineEdit(*editor), QStringLiteral("depth"));
+    editor.reset();
+    auto* const other = new latitudeEditor_t;
+    const QPointer<QLineEdit> field = lineEdit(*other);
+    connect(other, &latLonEditor_t::pasteRefused, this, [&] { delete other; });
+    paste(field, QStringLiteral("depth"));
+    QTRY_VERIFY(field.isNull());
+}
+
+void tst_latLonEditor::setsBothOfAPair_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::newRow("decimals") << "-22.00833333333, -17.94166666667";
+    QTest::newRow("letters") << "22-00.5S 017-56.5W";
+    QTest::newRow("URI") << "geo:-22.00833333333,-17.94166666667";
+    QTest::newRow("well-known text") << "POINT(-17.94166666667 -22.00833333333)";
+}
+
+void tst_latLonEditor::setsBothOfAPair()
+{
+    QFETCH(QString, text);
+    for (const bool isIntoLatitude : {true, false}) {
+        for (const way_t& way : ways) {
+            latitudeEditor_t latitude;
+            longitudeEditor_t longitude;
+            latitude.setCoordinateFormat(CF_DM);
+            longitude.setCoordinateFormat(CF_DMS);
+            if (isIntoLatitude)
+                latitude.pairWith(&longitude);
+            else
+                longitude.pairWith(&latitude); // which is the same
+            QStringList order;
+            connect(&latitude, &latLonEditor_t::valueChanged, this,
+                    [&] { order.append(QStringLiteral("latitude")); });
+            connect(&longitude, &latLonEditor_t::valueChanged, this,
+                    [&] { order.append(QStringLiteral("longitude")); });
+            const latLonEditor_t& target =
+                isIntoLatitude ? static_cast<const latLonEditor_t&>(latitude) : longitude;
+            way.put(lineEdit(target), text);
+            QCOMPARE(shownText(latitude), QStringLiteral("22° 00.500000'S"));
+            QCOMPARE(shownText(longitude), QStringLiteral("017° 56' 30.0000\"W"));
+            const QString first =
+                isIntoLatitude ? QStringLiteral("latitude") : QStringLiteral("longitude");
+            QCOMPARE(order.count(first), 2); // hemisphere and magnitude
+            QCOMPARE(order.mid(0, 2), (QStringList{first, first}));
+            QCOMPARE(order.count(), 4);
+        }
+    }
+    // One alone is for one.
+    latitudeEditor_t latitude;
+    longitudeEditor_t longitude;
+    latitude.pairWith(&longitude);
+    paste(lineEdit(latitude), QStringLiteral("12-34.5S"));
+    QCOMPARE(shownText(latitude), QStringLiteral("12.57500000°S"));
+    QCOMPARE(shownText(longitude), QStringLiteral("000.00000000°E"));
+    QSignalSpy refusals(&latitude, &latLonEditor_t::pasteRefused);
+    paste(lineEdit(latitude), QStringLiteral("12-34.5W")); // the partner's
+    QCOMPARE(refusals.count(), 1);
+    QCOMPARE(shownText(longitude), QStringLiteral("000.00000000°E"));
+}
+
+void tst_latLonEditor::setsOneOfAPairWithoutPartner()
+{
+    latitudeEditor_t latitude;
+    longitudeEditor_t longitude;
+    latitude.pairWith(&longitude);
+    longitude.pairWith(nullptr);
+    for (latLonEditor_t* const editor :
+         {static_cast<latLonEditor_t*>(&latitude), static_cast<latLonEditor_t*>(&longitude)}) {
+        latitude.setValue(0.0);
+        longitude.setValue(0.0);
+        paste(lineEdit(*editor), QStringLiteral("12.5, 45.5"));
+        QCOMPARE(valueOf(latitude), editor == &latitude ? 12.5 : 0.0);
+        QCOMPARE(valueOf(longitude), editor == &longitude ? 45.5 : 0.0);
+    }
+}
+
+void tst_latLonEditor::leavesAPartnerAloneThatMayNotBeEdited()
+{
+    latitudeEditor_t latitude;
+    longitudeEditor_t longitude;
+    latitude.pairWith(&longitude);
+    longitude.setEnabled(false);
+    paste(lineEdit(latitude), QStringLiteral("12.5, 45.5"));
+    longitude.setEnabled(true);
+    lineEdit(longitude)->setReadOnly(true);
+    paste(lineEdit(latitude), QStringLiteral("13.5, 45.5"));
+    QCOMPARE(valueOf(latitude), 13.5);
+    QCOMPARE(valueOf(longitude), 0.0);
+    lineEdit(longitude)->setReadOnly(false);
+    paste(lineEdit(latitude), QStringLiteral("14.5, 45.5"));
+    QCOMPARE(valueOf(longitude), 45.5);
+}
+
+void tst_latLonEditor::refusesToPairTheSameKind()
+{
+    latitudeEditor_t latitude;
+    latitudeEditor_t otherLatitude;
+    longitudeEditor_t longitude;
+    longitudeEditor_t otherLongitude;
+    latitude.pairWith(&longitude);
+    messageRecorder_t messages;
+    latitude.pairWith(&otherLatitude);
+    latitude.pairWith(&latitude);
+    longitude.pairWith(&otherLongitude);
+    const auto message = QStringLiteral("latLonEditor_t::pairWith: Failed to pair - two %1 are no "
+                                        "position");
+    QCOMPARE(messages.texts(), (QStringList{message.arg(QStringLiteral("latitudes")),
+                                            message.arg(QStringLiteral("latitudes")),
+                                            message.arg(QStringLiteral("longitudes"))}));
+    QCOMPARE(messages.kinds().count(QStringLiteral("debug")), 3);
+    paste(lineEdit(latitude), QStringLiteral("12.5, 45.5"));
+    QCOMPARE(valueOf(longitude), 45.5); // still paired
+    QCOMPARE(valueOf(otherLatitude), 0.0);
+}
+
+void tst_latLonEditor::pairsWithAnother()
+{
+    latitudeEditor_t latitude;
+    latitudeEditor_t otherLatitude;
+    longitudeEditor_t longitude;
+    longitudeEditor_t otherLongitude;
+    latitude.pairWith(&longitude);
+    otherLatitude.pairWith(&otherLongitude);
+    latitude.pairWith(&otherLongitude);
+    paste(lineEdit(latitude), QStringLiteral("12.5, 45.5"));
+    QCOMPARE(valueOf(otherLongitude), 45.5);
+    QCOMPARE(valueOf(longitude), 0.0);
+    paste(lineEdit(otherLatitude), QStringLiteral("13.5, 46.5"));
+    QCOMPARE(valueOf(otherLongitude), 45.5); // it has lost its partner
+    paste(lineEdit(longitude), QStringLiteral("14.5, 47.5"));
+    QCOMPARE(valueOf(latitude), 12.5);  // so has it
+    latitude.pairWith(&otherLongitude); // no change
+    paste(lineEdit(otherLongitude), QStringLiteral("15.5, 48.5"));
+    QCOMPARE(valueOf(latitude), 15.5);
+}
+
+void tst_latLonEditor::survivesTheEndOfAPartner()
+{
+    for (const bool isLatitudeFirst : {true, false}) {
+        auto latitude = std::make_unique<latitudeEditor_t>();
+        auto longitude = std::make_unique<longitudeEditor_t>();
+        latitude->pairWith(longitude.get());
+        if (isLatitudeFirst)
+            latitude.reset();
+        else
+            longitude.reset();
+        const latLonEditor_t& survivor =
+            isLatitudeFirst ? static_cast<const latLonEditor_t&>(*longitude) : *latitude;
+        paste(lineEdit(survivor), QStringLiteral("12.5, 45.5"));
+        QCOMPARE(valueOf(survivor), isLatitudeFirst ? 45.5 : 12.5);
+    }
+    // In slots of the first signals, too.
+    for (const bool isPartnerDeleted : {true, false}) {
+        auto* const latitude = new latitudeEditor_t;
+        auto* const longitude = new longitudeEditor_t;
+        latitude->pairWith(longitude);
+        connect(latitude, &latLonEditor_t::valueChanged, this,
+                [&] { delete (isPartnerDeleted ? static_cast<QWidget*>(longitude) : latitude); });
+        paste(lineEdit(*latitude), QStringLiteral("12.5, 45.5"));
+        if (!isPartnerDeleted)
+            QCOMPARE(valueOf(*longitude), 45.5);
+        delete (isPartnerDeleted ? static_cast<QWidget*>(latitude) : longitude);
+    }
 }
 
 void tst_latLonEditor::mayBeDeletedBySlots_data()
@@ -936,6 +1480,7 @@ void tst_latLonEditor::mayBeDeletedBySlots()
         };
         connect(editor.data(), &latLonEditor_t::valueChanged, this, end);
         connect(editor.data(), &latLonEditor_t::valueValidityChanged, this, end);
+        connect(editor.data(), &latLonEditor_t::pasteRefused, this, end);
         change(editor.data());
         QVERIFY(editor.isNull());
         QCOMPARE(signalCount, 1);

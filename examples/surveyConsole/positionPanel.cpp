@@ -88,6 +88,7 @@ positionPanel_t::positionPanel_t(const recording_t& recording, QWidget* parent)
         m_targetEditors.latitude->setValue(m_recording.fixes().front().position.latitude());
         m_targetEditors.longitude->setValue(m_recording.fixes().front().position.longitude());
     }
+    m_targetEditors.latitude->pairWith(m_targetEditors.longitude);
     for (latLonEditor_t* editor : {m_targetEditors.latitude, m_targetEditors.longitude}) {
         connect(editor, &latLonEditor_t::valueChanged, this, &positionPanel_t::showRange);
         connect(editor, &latLonEditor_t::valueValidityChanged, this, &positionPanel_t::showRange);

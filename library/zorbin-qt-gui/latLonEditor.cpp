@@ -13,10 +13,15 @@
 #include <QLineEdit>
 #include <QMenu>
 #include <QMimeData>
+#include <QPalette>
 #include <QPointer>
+#include <QTimer>
+#include <algorithm>
 #include <clocale>
 #include <cstdio>
 #include <functional>
+#include <optional>
+#include <utility>
 #include <zorbin/latLonParser.h>
 #include <zorbin/latLonPrinter.h>
 
@@ -152,48 +157,73 @@ public:
     }
 };
 
-// A field over whose digits one types. Text that is pasted or dropped is first offered as a
-// coordinate in some other form, since its digits alone would make another position.
+// A field over whose digits one types. What is pasted or dropped is shown as a whole or not at all,
+// since its digits alone might make another position.
 class coordLineEdit_t : public QLineEdit
 {
 public:
-    // Returns whether it has shown the text. The flag says that the whole field is selected.
+    // Shows a text if it is a coordinate for the editor, and returns whether it is. The flag says
+    // that the whole field is to be replaced.
     using taker_t = std::function<bool(const QString& text, bool isWhole)>;
+    // Tells that a text is refused.
+    using refuser_t = std::function<void(const QString& text)>;
 
-    coordLineEdit_t(taker_t taker, QWidget* parent) : QLineEdit(parent), m_taker(std::move(taker))
+    coordLineEdit_t(taker_t taker, refuser_t refuser, QWidget* parent)
+        : QLineEdit(parent), m_taker(std::move(taker)), m_refuser(std::move(refuser)),
+          m_flash(new QTimer(this))
     {
+        m_flash->setSingleShot(true);
+        m_flash->setTimerType(Qt::PreciseTimer);
+        m_flash->setInterval(200);
+        connect(m_flash, &QTimer::timeout, this, &coordLineEdit_t::putBaseBack);
+        connect(this, &QLineEdit::inputRejected, this, [this] { m_isRejected = true; });
+    }
+
+    // To be called before validity changes, too, which applications show by the base: theirs is
+    // then set, and saved, without the flash.
+    void endFlash()
+    {
+        if (!m_flash->isActive())
+            return;
+        m_flash->stop();
+        putBaseBack();
     }
 
 protected:
     void keyPressEvent(QKeyEvent* event) override
     {
-        if (event->matches(QKeySequence::Paste)) {
-            pasteFrom(QClipboard::Clipboard);
+        if (event->matches(QKeySequence::Paste) && !isReadOnly()) {
+            // One of the keys for it on X11.
+            const bool isOfSelection =
+                event->key() == Qt::Key_Insert &&
+                event->modifiers() == (Qt::ControlModifier | Qt::ShiftModifier);
+            put(textOf(isOfSelection ? QClipboard::Selection : QClipboard::Clipboard));
             return;
         }
-        // Without what is selected the text would be no coordinate: digits replace it one by one.
         const bool isText = !event->text().isEmpty() && event->text().at(0).isDigit();
-        if (isText && hasSelectedText() && !isReadOnly())
-            setCursorPosition(selectionStart());
+        if (isText && !isReadOnly())
+            leaveSelection();
         QLineEdit::keyPressEvent(event);
     }
 
     void mouseReleaseEvent(QMouseEvent* event) override
     {
-        const QClipboard* const clipboard = QApplication::clipboard();
-        if (event->button() == Qt::MiddleButton && clipboard->supportsSelection() &&
-            take(clipboard->text(QClipboard::Selection)))
-            return;
-        QLineEdit::mouseReleaseEvent(event);
+        if (event->button() == Qt::MiddleButton && !isReadOnly())
+            put(textOf(QClipboard::Selection));
+        else
+            QLineEdit::mouseReleaseEvent(event);
     }
 
     void dropEvent(QDropEvent* event) override
     {
-        if (event->source() != this && take(event->mimeData()->text())) {
-            event->acceptProposedAction();
+        if (event->source() == this || isReadOnly()) {
+            QLineEdit::dropEvent(event);
             return;
         }
-        QLineEdit::dropEvent(event);
+        if (put(event->mimeData()->text(), cursorPositionAt(pointerPos(event))))
+            event->acceptProposedAction();
+        else
+            event->ignore();
     }
 
     void contextMenuEvent(QContextMenuEvent* event) override
@@ -206,24 +236,91 @@ protected:
                 continue;
             action->disconnect(SIGNAL(triggered(bool)));
             connect(action, &QAction::triggered, this,
-                    [this] { pasteFrom(QClipboard::Clipboard); });
+                    [this] { put(textOf(QClipboard::Clipboard)); });
         }
         menu->popup(event->globalPos());
     }
 
 private:
-    void pasteFrom(QClipboard::Mode mode)
+    static QString textOf(QClipboard::Mode mode) { return QApplication::clipboard()->text(mode); }
+
+    // Without what is selected the text would be no coordinate: digits replace it one by one.
+    void leaveSelection()
     {
-        if (!take(QApplication::clipboard()->text(mode)))
-            paste();
+        if (hasSelectedText())
+            setCursorPosition(selectionStart());
     }
 
-    bool take(const QString& text)
+    // Shows a text as a coordinate, or as if it were typed at a place, where the cursor is if it is
+    // left out. Returns whether the text was taken. Slots may delete the editor, but not this.
+    bool put(const QString& text, std::optional<int> place = std::nullopt)
     {
-        return !isReadOnly() && m_taker(text, selectedText() == displayText());
+        const QString trimmed = text.trimmed();
+        if (trimmed.isEmpty() || isReadOnly())
+            return false;
+        if (m_taker(trimmed, selectedText() == displayText()))
+            return true;
+        if (isTypable(trimmed)) {
+            leaveSelection();
+            if (place)
+                setCursorPosition(*place);
+            m_isRejected = false;
+            insert(trimmed);
+            if (!m_isRejected)
+                return true;
+        }
+        m_refuser(text);
+        startFlash();
+        return false;
     }
+
+    // Whether it consists of digits and of the mask's own signs.
+    bool isTypable(const QString& text) const
+    {
+        const QString mask = inputMask();
+        return std::all_of(text.begin(), text.end(),
+                           [&mask](QChar c) { return c.isDigit() || mask.contains(c); });
+    }
+
+    void startFlash()
+    {
+        endFlash();
+        m_calm = palette();
+        QPalette flashing = m_calm;
+        for (const QPalette::ColorGroup group : colorGroups)
+            flashing.setBrush(group, QPalette::Base, m_calm.brush(group, QPalette::Highlight));
+        setPalette(flashing);
+        m_flash->start();
+    }
+
+    // The base that the field had before the flash, or has been given since. What wasn't set by
+    // anybody goes on following the parent and the application.
+    void putBaseBack()
+    {
+        const QPalette now = palette();
+        QPalette restored;
+        for (const QPalette::ColorGroup group : colorGroups) {
+            for (int i = 0; i < QPalette::NColorRoles; ++i) {
+                const auto role = static_cast<QPalette::ColorRole>(i);
+                const bool isFlash =
+                    role == QPalette::Base &&
+                    now.brush(group, role) == m_calm.brush(group, QPalette::Highlight);
+                const QPalette& source = isFlash ? m_calm : now;
+                if (source.isBrushSet(group, role))
+                    restored.setBrush(group, role, source.brush(group, role));
+            }
+        }
+        setPalette(restored);
+    }
+
+    static constexpr QPalette::ColorGroup colorGroups[] = {QPalette::Active, QPalette::Inactive,
+                                                           QPalette::Disabled};
 
     const taker_t m_taker;
+    const refuser_t m_refuser;
+    QTimer* const m_flash;     // runs as long as the base is highlighted
+    QPalette m_calm;           // before the flash
+    bool m_isRejected = false; // what was inserted last, by mask or validator
 };
 
 // Lives while signals are sent, whose slots may delete the sender: it counts those that are being
@@ -275,25 +372,37 @@ struct latLonEditor_t::privateData_t
                            [this, editor](const QString& text, bool isWhole) {
                                return takeCoordinate(text, isWhole, editor);
                            },
+                           [this, guard = QPointer<latLonEditor_t>(editor)](const QString& text) {
+                               if (guard.isNull()) // a slot has deleted it
+                                   return;
+                               const announcement_t announcement(guard, announcements);
+                               Q_EMIT guard->pasteRefused(text);
+                           },
                            editor)),
           hemiCB(new QComboBox(editor)), formatSelector(new coordFormatSelector_t(editor))
     {
     }
 
-    // Shows a coordinate in another form than the field's own. A number alone is one if it is to
-    // replace everything; without hemisphere a magnitude keeps that which is shown.
+    // Shows a coordinate from elsewhere, and the other one of a pair in the partner. A number alone
+    // is one if it is to replace everything; without hemisphere a magnitude keeps that which is
+    // shown.
     bool takeCoordinate(const QString& text, bool isWhole, latLonEditor_t* editor) const
     {
-        QString own = text;
-        int cursor = 0;
-        const bool isComplete = own.size() == lineEdit->inputMask().size();
-        if (isComplete && validator->validate(own, cursor) != QValidator::Invalid)
-            return false;
         const auto coordinate = isLatitude() ? readLatitude(text) : readLongitude(text);
         if (!coordinate || (coordinate->isPlainMagnitude && !isWhole))
             return false;
         const bool isNegative = !coordinate->hasHemisphere && hemiCB->currentIndex() == 1;
-        editor->setValue(isNegative ? -coordinate->value : coordinate->value);
+        const bool isForBoth = coordinate->isOfPair && partner != nullptr && partner->isEnabled() &&
+                               !partner->m_d->lineEdit->isReadOnly();
+        if (!isForBoth) {
+            editor->setValue(isNegative ? -coordinate->value : coordinate->value);
+            return true;
+        }
+        const auto otherOne = isLatitude() ? readLongitude(text) : readLatitude(text);
+        const QPointer<latLonEditor_t> other(partner); // slots of the first may delete it
+        editor->setValue(coordinate->value);
+        if (!other.isNull())
+            other->setValue(otherOne->value);
         return true;
     }
 
@@ -302,13 +411,14 @@ struct latLonEditor_t::privateData_t
     const latLonMode_t mode;
     zorbin::latLonParser_t llParser;
     zorbin::latLonPrinter_t llPrinter;
-    QLineEdit* const lineEdit;
+    coordLineEdit_t* const lineEdit;
     QComboBox* const hemiCB;
     coordFormatSelector_t* const formatSelector;
     std::unique_ptr<patternValidator_t> validator;
     bool isValid = true;   // as reported last
     int announcements = 0; // being made
     coordFormat_t editorFormat = CF_D;
+    latLonEditor_t* partner = nullptr; // whose partner this one is
 };
 
 latLonEditor_t::latLonEditor_t(latLonMode_t mode, QWidget* parent)
@@ -339,6 +449,7 @@ latLonEditor_t::latLonEditor_t(latLonMode_t mode, QWidget* parent)
 
 latLonEditor_t::~latLonEditor_t()
 {
+    pairWith(nullptr);
     m_d->lineEdit->setValidator(nullptr);
     if (m_d->announcements == 0)
         return;
@@ -372,6 +483,21 @@ void latLonEditor_t::connectFormatSelector(coordFormatSelector_t* other, bool bo
                 &coordFormatSelector_t::changeSelection, Qt::UniqueConnection);
     else
         disconnect(own, nullptr, other, nullptr);
+}
+
+void latLonEditor_t::pairWith(latLonEditor_t* other)
+{
+    if (other != nullptr && other->m_d->isLatitude() == m_d->isLatitude()) {
+        qDebug("latLonEditor_t::%s: Failed to pair - two %s are no position", "pairWith",
+               m_d->isLatitude() ? "latitudes" : "longitudes");
+        return;
+    }
+    for (latLonEditor_t* const editor : {this, other})
+        if (editor != nullptr && editor->m_d->partner != nullptr)
+            std::exchange(editor->m_d->partner, nullptr)->m_d->partner = nullptr;
+    m_d->partner = other;
+    if (other != nullptr)
+        other->m_d->partner = this;
 }
 
 void latLonEditor_t::setCoordinateFormat(latLonEditor_t::coordFormat_t format_)
@@ -410,6 +536,7 @@ void latLonEditor_t::handleValueChanged()
     const announcement_t announcement(this, m_d->announcements);
     if (isValid != m_d->isValid) {
         m_d->isValid = isValid;
+        m_d->lineEdit->endFlash();
         Q_EMIT valueValidityChanged(isValid);
     }
     if (isValid && announcement.isSenderThere())

@@ -16,10 +16,16 @@ class coordFormatSelector_t;
 /// whole (91 degrees of latitude), reported as invalid. Applications make a latitudeEditor_t or a
 /// longitudeEditor_t.
 ///
-/// Coordinates in other usual forms (12°34.5'N, -12.575, +1234.5, a pair) are converted when they
-/// are pasted or dropped. Those without a sign or a letter keep the hemisphere that is shown; a
-/// number alone counts when the whole field is selected. What else is pasted types its digits over
-/// the field's, from the cursor on.
+/// What is pasted or dropped is understood as a whole or refused, see pasteRefused():
+/// - A coordinate in another usual form is converted: 12°34.5'N, -12.575, +1234.5, 12-34.5S,
+///   12d34m30sN, lat 12.575. Without a sign or a letter it keeps the hemisphere that is shown. A
+///   number alone is a coordinate if the whole field is selected.
+/// - Of a pair (12.575, -45.2 or 12-34.5N 045-12.0W or geo:12.575,-45.2 or POINT(-45.2 12.575))
+/// each
+///   editor takes its own half; see pairWith() for both.
+/// - Any other text of digits and signs of the mask alone is typed over the field's digits, from
+/// the
+///   cursor on.
 ///
 /// Slots of all signals may delete the editor, alone or with what it lies in. Its child widgets
 /// then stay, hidden, until control is back in the event loop. GUI thread only. \image html
@@ -58,12 +64,24 @@ public:
     /// ignored.
     void connectFormatSelector(coordFormatSelector_t* other, bool bothWays);
 
+    /// Makes this editor and \p other, not owned, the two of a position: a pair that is pasted or
+    /// dropped in one of them is shown in both, first where it was pasted, unless the other one is
+    /// disabled or read-only. Ends what pairs they belonged to before; null only does that. Either
+    /// may be deleted first. Two latitudes or two longitudes are refused: nothing changes and a
+    /// debug message is written. Default: null.
+    void pairWith(latLonEditor_t* other);
+
 Q_SIGNALS:
     /// What is shown is a coordinate and was set or typed, perhaps to the same value. While a
     /// notation or a hemisphere is being changed intermediate values may come first.
     void valueChanged(double value_);
     /// What is shown has become a coordinate, or ceased to be one. Valid at first.
     void valueValidityChanged(bool valid_);
+    /// A text was pasted or dropped, by key, menu, middle button or mouse, and is no coordinate for
+    /// this field, or its digits make none where they are typed. The field stays as it was. After
+    /// the signal the field's base takes the palette's QPalette::Highlight for 200 ms, or until
+    /// valueValidityChanged(); then it is what it was, or has been set to since.
+    void pasteRefused(const QString& text_);
 
 public Q_SLOTS:
     /// Shows the value in another notation. What is no coordinate keeps its notation. A value

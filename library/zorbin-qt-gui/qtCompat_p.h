@@ -1,4 +1,5 @@
 #pragma once
+#include <QDropEvent>
 #include <QMouseEvent>
 #include <QSize>
 #if QT_VERSION >= QT_VERSION_CHECK(6, 0, 0)
@@ -16,6 +17,16 @@ namespace zorbin_qt_gui {
 
 /// The pointer's position in whole pixels of the widget.
 inline QPoint pointerPos(const QMouseEvent* event)
+{
+#if QT_VERSION >= QT_VERSION_CHECK(6, 0, 0)
+    return event->position().toPoint();
+#else
+    return event->pos();
+#endif
+}
+
+/// The same for something that is dropped.
+inline QPoint pointerPos(const QDropEvent* event)
 {
 #if QT_VERSION >= QT_VERSION_CHECK(6, 0, 0)
     return event->position().toPoint();

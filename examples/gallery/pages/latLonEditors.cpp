@@ -1,6 +1,7 @@
 // Enters a position. Look at how both fields follow the selector of the notation, and at the
 // decimal degrees below, which vanish while a field holds no coordinate: type 95 degrees of
-// latitude. Paste a position from elsewhere, such as 54°19.5'N 10°08.2'E, into each field.
+// latitude. Paste a position from elsewhere, such as 54-19.5N 010-08.2E, into one of the fields: it
+// fills both. What is no coordinate flashes and is refused.
 
 #include "pages.h"
 
@@ -39,6 +40,7 @@ QWidget* makeLatLonEditors()
         QObject::connect(editor, &latLonEditor_t::valueChanged, degrees, showDegrees);
         QObject::connect(editor, &latLonEditor_t::valueValidityChanged, degrees, showDegrees);
     }
+    latitudes->pairWith(longitudes);
     latitudes->setValue(54.3250);
     longitudes->setValue(10.1367);
     return page;
