@@ -1,7 +1,6 @@
 #include "multiPathSelectDialog.h"
 
 #include "support/messageRecorder.h"
-#include "ui_multiPathSelectDialog.h"
 
 #include <QApplication>
 #include <QFileDialog>

@@ -1,7 +1,5 @@
 #include "multiPathSelectDialog.h"
 
-#include "ui_multiPathSelectDialog.h"
-
 #include <QFileDialog>
 #include <QItemSelectionModel>
 #include <QPointer>

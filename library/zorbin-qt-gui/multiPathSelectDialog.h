@@ -1,12 +1,11 @@
 #pragma once
+#include "ui_multiPathSelectDialog.h"
 #include "zorbinQtGuiExport.h"
 
 #include <QDialog>
 #include <QDir>
 #include <QStringList>
 #include <memory>
-
-class Ui_multiPathSelectDialog;
 
 namespace zorbin_qt_gui {
 
@@ -50,7 +49,7 @@ public:
     /// Sets it, from the next change of the directory on; QDir::Filters() at first, which are none.
     void setFdFilters(QDir::Filters filters);
 
-    /// The widgets of the dialog (ui_multiPathSelectDialog.h); owned by the dialog.
+    /// The widgets of the dialog; owned by the dialog.
     Ui_multiPathSelectDialog* ui();
 
 public Q_SLOTS:

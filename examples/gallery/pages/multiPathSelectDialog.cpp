@@ -5,7 +5,6 @@
 
 #include <QLabel>
 #include <QVBoxLayout>
-#include <ui_multiPathSelectDialog.h>
 #include <zorbin-qt-gui/multiPathSelectDialog.h>
 
 using namespace zorbin_qt_gui;
