@@ -20,12 +20,10 @@ class coordFormatSelector_t;
 /// - A coordinate in another usual form is converted: 12°34.5'N, -12.575, +1234.5, 12-34.5S,
 ///   12d34m30sN, lat 12.575. Without a sign or a letter it keeps the hemisphere that is shown. A
 ///   number alone is a coordinate if the whole field is selected.
-/// - Of a pair (12.575, -45.2 or 12-34.5N 045-12.0W or geo:12.575,-45.2 or POINT(-45.2 12.575))
-/// each
-///   editor takes its own half; see pairWith() for both.
+/// - Of a pair each editor takes its own half; see pairWith() for both. Pairs look like these:
+///   12.575, -45.2; 12-34.5N 045-12.0W; geo:12.575,-45.2; POINT(-45.2 12.575).
 /// - Any other text of digits and signs of the mask alone is typed over the field's digits, from
-/// the
-///   cursor on.
+///   the cursor on.
 ///
 /// Slots of all signals may delete the editor, alone or with what it lies in. Its child widgets
 /// then stay, hidden, until control is back in the event loop. GUI thread only. \image html

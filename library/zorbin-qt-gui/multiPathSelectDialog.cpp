@@ -120,7 +120,7 @@ void multiPathSelectDialog_t::browseClicked()
     const bool isAccepted = browser->exec() == QDialog::Accepted;
     if (browser.isNull())
         return;
-    const QString path = isAccepted ? browser->selectedFiles().constFirst() : QString();
+    const QString path = isAccepted ? browser->selectedFiles().value(0) : QString();
     delete browser;
     handleDirectoryChange(path);
 }
