@@ -25,9 +25,10 @@ class coordFormatSelector_t;
 /// - Any other text of digits and signs of the mask alone is typed over the field's digits, from
 ///   the cursor on.
 ///
-/// Slots of all signals may delete the editor, alone or with what it lies in. Its child widgets
-/// then stay, hidden, until control is back in the event loop. GUI thread only. \image html
-/// latLonEditors.png
+/// Slots of all signals may delete the editor, alone or with the widgets around it. Its child
+/// widgets then stay, hidden, until control is back in the event loop. A window, be it the editor
+/// itself, needs deleteLater(): Qt still uses the window after an event of the user. GUI thread
+/// only. \image html latLonEditors.png
 class ZORBIN_QT_GUI_EXPORT latLonEditor_t : public QWidget
 {
     Q_OBJECT

@@ -14,8 +14,8 @@ namespace zorbin_qt_gui {
 /// Applications take one for files (mfsDialog_t) or for directories (mdsDialog_t).
 ///
 /// The dialog may be deleted while its directory browser is open; the browser goes with it. Slots
-/// of the widgets of ui() need deleteLater(): Qt still uses the widgets afterwards. GUI thread
-/// only. \image html multiPathSelectDialog.png
+/// of accepted(), rejected() and finished(), and of the widgets of ui(), need deleteLater(): Qt
+/// still uses the dialog after them. GUI thread only. \image html multiPathSelectDialog.png
 class ZORBIN_QT_GUI_EXPORT multiPathSelectDialog_t : public QDialog
 {
     Q_OBJECT
