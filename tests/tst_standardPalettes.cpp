@@ -269,8 +269,8 @@ void tst_standardPalettes::keepsLevelsApart_data()
         const char* name;
         double normal, deuteranopia, protanopia;
     } rows[] = {{"bathy", 8.2, 6.3, 5.6},      {"imagery", 5.5, 5.6, 5.4},
-                {"intensity", 10.1, 6.2, 7.0}, {"sidescan", 6.7, 5.8, 4.9},
-                {"subbottom", 9.4, 8.5, 7.7},  {"watercolumn", 11.5, 7.1, 6.9}};
+                {"intensity", 10.1, 6.2, 7.0}, {"sidescan", 6.8, 5.8, 4.9},
+                {"subbottom", 9.4, 8.5, 7.7},  {"watercolumn", 11.3, 7.1, 6.8}};
     for (const auto& row : rows) {
         const QString name = row.name;
         QTest::addRow("%s, normal", row.name) << name << sight_t::NORMAL << row.normal;
