@@ -1,6 +1,6 @@
-# A bare Debian 12 in a directory, for scripts that source this. It is made as root or through sudo
-# and removed at the end, unless $keep says otherwise. Sets $work, a temporary directory, $root, that
-# of the system, and the array as_root, what a command that needs root is to be prefixed with.
+# A bare Debian in a directory, for scripts that source this. It is made as root or through sudo and
+# removed at the end, unless $keep says otherwise. Sets $work, a temporary directory, $root, that of
+# the system, and the array as_root, what a command that needs root is to be prefixed with.
 
 as_root=()
 if ((EUID != 0)); then
@@ -18,18 +18,23 @@ remove_bare_debian()
 }
 trap remove_bare_debian EXIT
 
-# Makes the system, with PACKAGEs besides the essential ones.
-# usage: make_bare_debian [PACKAGE...]
+# Makes the system of a RELEASE of Debian (bookworm, trixie), with PACKAGEs besides the essential ones.
+# usage: make_bare_debian RELEASE [PACKAGE...]
 make_bare_debian()
 {
+    local release=$1
+    shift
     # Debian comes from where this machine gets it.
     local sources=/etc/apt/sources.list.d/debian.sources
     if [[ ! -e $sources ]]; then
         sources=/etc/apt/sources.list
     fi
+    local here
+    here=$(. /etc/os-release && echo "$VERSION_CODENAME")
+    sed "s/\b$here\b/$release/g" "$sources" >"$work/${sources##*/}"
     apt-config dump | grep '^Acquire::' >"$work/apt.conf" || true
     "${as_root[@]}" mmdebstrap --quiet --variant=minbase --mode=root --aptopt="$work/apt.conf" \
-        "${@/#/--include=}" bookworm "$root" "$sources"
+        "${@/#/--include=}" "$release" "$root" "$work/${sources##*/}"
     echo "127.0.0.1 localhost $(hostname)" |
         "${as_root[@]}" tee "$root/etc/hosts" >/dev/null # for sudo
 }
