@@ -11,6 +11,9 @@ function(zorbin_set_up_target target)
     if(ZORBIN_WARNINGS_AS_ERRORS)
         target_compile_options(${target} PRIVATE -Werror)
     endif()
+    if(ZORBIN_FAST_LINKER AND ZORBIN_HAS_GOLD)
+        target_link_options(${target} PRIVATE -fuse-ld=gold)
+    endif()
 endfunction()
 
 # Saves a target from reading headers of Qt and of the standard library for each of its sources, where
