@@ -1,10 +1,10 @@
 #include "aboutBox.h"
+#include "testCase.h"
 
 #include <QApplication>
 #include <QFile>
 #include <QMessageBox>
 #include <QPointer>
-#include <QTest>
 #include <QTimer>
 #include <memory>
 #include <type_traits>
@@ -17,12 +17,14 @@ static_assert(!std::is_base_of<QObject, aboutBox_t>::value, "about boxes are pla
 static const char resource[] = ":/zorbin-qt-gui-defaultAboutBoxText.html";
 
 /// The box that tells an application's name, version and owner.
-class tst_aboutBox : public QObject
+class tst_aboutBox : public testCase_t
 {
     Q_OBJECT
 
+protected:
+    void setUp() override;
+
 private Q_SLOTS:
-    void init();
     void hasTheTemplateAsAResource();
     void fillsInTheTemplate();
     void leavesOutTheYearsAndTheirBlank();
@@ -55,7 +57,7 @@ private:
     bool m_wasOpen = false;
 };
 
-void tst_aboutBox::init()
+void tst_aboutBox::setUp()
 {
     QCoreApplication::setApplicationName(QStringLiteral("Survey"));
     QCoreApplication::setApplicationVersion(QStringLiteral("2.1"));
@@ -227,5 +229,5 @@ void tst_aboutBox::survivesTheDeletionOfItsParentBefore()
     QVERIFY(parent == nullptr);
 }
 
-QTEST_MAIN(tst_aboutBox)
+ZORBIN_TEST_MAIN(tst_aboutBox, QApplication)
 #include "tst_aboutBox.moc"

@@ -1,12 +1,12 @@
 #include "alarmLabel.h"
 #include "childProcess.h"
 #include "pictures.h"
+#include "testCase.h"
 
 #include <QApplication>
 #include <QElapsedTimer>
 #include <QMetaMethod>
 #include <QPointer>
-#include <QTest>
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
@@ -24,9 +24,13 @@ static const char redOnBlue[] =
     "border-radius: 3px;color: rgb(255,0,0);background-color: rgb(0,0,255);";
 
 /// Labels that flash during an alarm.
-class tst_alarmLabel : public QObject
+class tst_alarmLabel : public testCase_t
 {
     Q_OBJECT
+
+protected:
+    void setUp() override;
+    void tearDown() override { m_label.reset(); }
 
 private Q_SLOTS:
     void startsItsClockOnAWholeSecond();
@@ -34,7 +38,6 @@ private Q_SLOTS:
     void ticksEvery500Milliseconds();
     void flashesInALaterApplication();
 
-    void init();
     void startsPlain();
     void hasTheDeclaredSlots();
     void flashesInTheColorsOfTheApplicationAtFirst();
@@ -107,7 +110,7 @@ void tst_alarmLabel::flashesInALaterApplication()
     QCOMPARE(child.said, QStringList());
 }
 
-void tst_alarmLabel::init()
+void tst_alarmLabel::setUp()
 {
     m_label = std::make_unique<alarmLabel_t>();
     m_label->flashFgColor(Qt::red);

@@ -1,11 +1,11 @@
 #include "colorPicker.h"
+#include "testCase.h"
 
 #include <QApplication>
 #include <QColorDialog>
 #include <QPointer>
 #include <QSignalSpy>
 #include <QTimer>
-#include <QtTest>
 #include <type_traits>
 
 using namespace zorbin_qt_gui;
@@ -32,7 +32,7 @@ static QColor iconColor(const colorPicker_t& picker)
 }
 
 /// The button that shows a colour and lets the user select another.
-class tst_colorPicker : public QObject
+class tst_colorPicker : public testCase_t
 {
     Q_OBJECT
 
@@ -71,7 +71,7 @@ private:
         m_wasOpen = false;
         QTimer::singleShot(0, this, [this, operate] {
             auto* const dialog = qobject_cast<QColorDialog*>(QApplication::activeModalWidget());
-            m_wasOpen = dialog != nullptr && QTest::qWaitForWindowExposed(dialog);
+            m_wasOpen = dialog != nullptr && QTest::qWaitForWindowExposed(dialog, patienceMs());
             if (dialog != nullptr)
                 operate(dialog);
         });
@@ -350,5 +350,5 @@ void tst_colorPicker::survivesItsOwnEndInTheDialog()
     QCOMPARE(spy.count(), 0);
 }
 
-QTEST_MAIN(tst_colorPicker)
+ZORBIN_TEST_MAIN(tst_colorPicker, QApplication)
 #include "tst_colorPicker.moc"

@@ -2,8 +2,8 @@
 #include "palette.h"
 #include "randomNumbers.h"
 #include "rangeColorer.h"
+#include "testCase.h"
 
-#include <QtTest>
 #include <cmath>
 #include <cstring>
 #include <limits>
@@ -89,7 +89,7 @@ public:
 };
 
 /// The colourers, which map values to the entries of a palette's table.
-class tst_colorer : public QObject
+class tst_colorer : public testCase_t
 {
     Q_OBJECT
 
@@ -581,5 +581,5 @@ void tst_colorer::cyclesAgreeWithThePlainRule()
     }
 }
 
-QTEST_MAIN(tst_colorer)
+ZORBIN_TEST_MAIN(tst_colorer, QApplication)
 #include "tst_colorer.moc"

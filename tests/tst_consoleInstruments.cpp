@@ -6,12 +6,12 @@
 #include "recordingEvents.h"
 #include "scalableTextWidget.h"
 #include "statusLamps.h"
+#include "testCase.h"
 #include "theme.h"
 #include "trackPanel.h"
 
 #include <QDoubleSpinBox>
 #include <QLabel>
-#include <QTest>
 #include <QToolButton>
 #include <cmath>
 
@@ -39,7 +39,7 @@ recording_t testRecording()
 
 } // namespace
 
-class tst_consoleInstruments : public QObject
+class tst_consoleInstruments : public testCase_t
 {
     Q_OBJECT
 private Q_SLOTS:
@@ -83,7 +83,7 @@ void tst_consoleInstruments::depthKeepsItsSize()
     depthPanel_t panel(recording);
     panel.resize(160, 150);
     panel.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&panel));
+    QVERIFY(QTest::qWaitForWindowExposed(&panel, patienceMs()));
     const auto* readOut = panel.findChild<zorbin_qt_gui::scalableTextWidget_t*>("depthReadOut");
     panel.showTime(START + 1.0);
     const int size = readOut->font().pointSize();
@@ -181,7 +181,7 @@ void tst_consoleInstruments::drawsTheTrack()
     trackPanel_t panel(testRecording());
     panel.resize(160, 170);
     panel.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&panel));
+    QVERIFY(QTest::qWaitForWindowExposed(&panel, patienceMs()));
     panel.showTime(START);
     QCOMPARE(panel.sailed(), std::size_t(1));
     QTRY_VERIFY(middleOf(theme::frame(), pictureOf(&panel)).x() > 0.0); // yet to be sailed
@@ -201,7 +201,7 @@ void tst_consoleInstruments::drawsNorthUp()
     trackPanel_t panel(testRecording());
     panel.resize(160, 170);
     panel.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&panel));
+    QVERIFY(QTest::qWaitForWindowExposed(&panel, patienceMs()));
     panel.showTime(START + 10.0);
     QCoreApplication::processEvents();
     const QPointF south = middleOf(theme::secondCurve(), pictureOf(&panel));
@@ -220,7 +220,7 @@ void tst_consoleInstruments::tracksTheVesselWhileHidden()
     trackPanel_t panel(testRecording());
     panel.resize(160, 170);
     panel.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&panel));
+    QVERIFY(QTest::qWaitForWindowExposed(&panel, patienceMs()));
     panel.showTime(START + 100.0);
     QTRY_VERIFY(middleOf(theme::firstCurve(), pictureOf(&panel)).x() > 0.0);
     const QImage end = pictureOf(&panel);
@@ -252,7 +252,7 @@ void tst_consoleInstruments::survivesAnOddTrack()
     trackPanel_t panel(recording);
     panel.resize(160, 170);
     panel.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&panel));
+    QVERIFY(QTest::qWaitForWindowExposed(&panel, patienceMs()));
     panel.showTime(START + 100.0);
     QCoreApplication::processEvents();
     QCOMPARE(panel.sailed(), std::size_t(count));
@@ -391,5 +391,5 @@ void tst_consoleInstruments::keepsFewNotices()
     QCOMPARE(board.shown(), QStringList({"fourth", "second", "third"}));
 }
 
-QTEST_MAIN(tst_consoleInstruments)
+ZORBIN_TEST_MAIN(tst_consoleInstruments, QApplication)
 #include "tst_consoleInstruments.moc"

@@ -5,6 +5,7 @@
 #include "recordingsPanel.h"
 #include "sonarPanel.h"
 #include "stripChart.h"
+#include "testCase.h"
 
 #include <QAbstractButton>
 #include <QAbstractItemView>
@@ -18,7 +19,6 @@
 #include <QMenu>
 #include <QMessageBox>
 #include <QPushButton>
-#include <QTest>
 #include <QTimer>
 #include <QToolButton>
 #include <cmath>
@@ -79,7 +79,7 @@ struct console_t
     }
     bool isReady()
     {
-        const bool active = QTest::qWaitForWindowActive(&window);
+        const bool active = QTest::qWaitForWindowActive(&window, patienceMs());
         QCoreApplication::processEvents();
         return active;
     }
@@ -130,7 +130,7 @@ QString pathOf(const QWidget* widget)
 
 } // namespace
 
-class tst_consoleKeys : public QObject
+class tst_consoleKeys : public testCase_t
 {
     Q_OBJECT
 private Q_SLOTS:
@@ -438,5 +438,5 @@ void tst_consoleKeys::tabReachesEveryButton()
     QVERIFY2(buttons > 3, qPrintable(QString::number(buttons)));
 }
 
-QTEST_MAIN(tst_consoleKeys)
+ZORBIN_TEST_MAIN(tst_consoleKeys, QApplication)
 #include "tst_consoleKeys.moc"

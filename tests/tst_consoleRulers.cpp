@@ -1,12 +1,12 @@
 #include "slidingGauge.h"
 #include "speedPanel.h"
+#include "testCase.h"
 #include "timeRuler.h"
 #include "valueRuler.h"
 
 #include <QDoubleSpinBox>
 #include <QLabel>
 #include <QSignalSpy>
-#include <QTest>
 #include <QWheelEvent>
 #include <cmath>
 #include <limits>
@@ -20,7 +20,7 @@ const double NOT_A_NUMBER = std::numeric_limits<double>::quiet_NaN();
 
 } // namespace
 
-class tst_consoleRulers : public QObject
+class tst_consoleRulers : public testCase_t
 {
     Q_OBJECT
 private Q_SLOTS:
@@ -237,5 +237,5 @@ void tst_consoleRulers::wheelOverThePlannedSpeedChangesNothing()
     QCOMPARE(box->value(), 9.0);
 }
 
-QTEST_MAIN(tst_consoleRulers)
+ZORBIN_TEST_MAIN(tst_consoleRulers, QApplication)
 #include "tst_consoleRulers.moc"

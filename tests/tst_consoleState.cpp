@@ -5,6 +5,7 @@
 #include "paletteChooser.h"
 #include "perception.h"
 #include "randomNumbers.h"
+#include "testCase.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -19,7 +20,6 @@
 #include <QSettings>
 #include <QStackedWidget>
 #include <QTemporaryDir>
-#include <QTest>
 
 using namespace survey_console;
 using zorbin_qt_gui::coordFormatSelector_t;
@@ -136,16 +136,18 @@ void compare(const consoleState_t& state, const consoleState_t& wanted)
 
 } // namespace
 
-class tst_consoleState : public QObject
+class tst_consoleState : public testCase_t
 {
     Q_OBJECT
 private:
     QTemporaryDir m_directory;
     QString m_file;
 
+protected:
+    void setUp() override;
+
 private Q_SLOTS:
     void initTestCase();
-    void init();
     void readsWhatWasWritten();
     void beginsWithoutSettings();
     void takesBadValuesForMissingOnes_data();
@@ -180,7 +182,7 @@ void tst_consoleState::initTestCase()
     qputenv("ZORBIN_QT_RESOURCE_DIR", QFile::encodeName(m_directory.path()));
 }
 
-void tst_consoleState::init()
+void tst_consoleState::setUp()
 {
     QFile::remove(m_file);
 }
@@ -445,7 +447,7 @@ void tst_consoleState::asksForTheOtherThemeByItsKey()
     console_t console;
     console.window.show();
     console.window.activateWindow();
-    QVERIFY(QTest::qWaitForWindowActive(&console.window));
+    QVERIFY(QTest::qWaitForWindowActive(&console.window, patienceMs()));
     theme::name_t asked = theme::THEME_DARK;
     connect(&console.window, &mainWindow_t::themeChosen, this,
             [&](theme::name_t name) { asked = name; });
@@ -476,5 +478,5 @@ void tst_consoleState::drawsInTheColoursOfTheTheme()
     theme::choose(theme::THEME_DARK);
 }
 
-QTEST_MAIN(tst_consoleState)
+ZORBIN_TEST_MAIN(tst_consoleState, QApplication)
 #include "tst_consoleState.moc"

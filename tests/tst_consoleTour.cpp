@@ -5,6 +5,7 @@
 #include "recordingsPanel.h"
 #include "sonarPanel.h"
 #include "stripChart.h"
+#include "testCase.h"
 #include "theme.h"
 #include "valueRuler.h"
 
@@ -18,7 +19,6 @@
 #include <QMessageBox>
 #include <QPushButton>
 #include <QSlider>
-#include <QTest>
 #include <QTimer>
 #include <QToolButton>
 #include <cmath>
@@ -37,7 +37,7 @@ const char ECHOES[] = EXAMPLE_DATA "/leesferry-echosounder/echosounder-%1khz.pgm
 
 // Goes through the whole console with the mouse and the keyboard, as an operator does on the first
 // day: each function goes on where the one before left it.
-class tst_consoleTour : public QObject
+class tst_consoleTour : public testCase_t
 {
     Q_OBJECT
 private:
@@ -102,7 +102,7 @@ void tst_consoleTour::initTestCase()
     m_window->restore(consoleState_t());
     m_window->show();
     m_window->activateWindow();
-    QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
+    QVERIFY(QTest::qWaitForWindowActive(m_window.get(), patienceMs()));
 }
 
 void tst_consoleTour::startsTheReplay()
@@ -312,5 +312,5 @@ void tst_consoleTour::cleanupTestCase()
     m_window.reset();
 }
 
-QTEST_MAIN(tst_consoleTour)
+ZORBIN_TEST_MAIN(tst_consoleTour, QApplication)
 #include "tst_consoleTour.moc"

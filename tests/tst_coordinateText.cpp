@@ -1,6 +1,6 @@
 #include "coordinateText_p.h"
+#include "testCase.h"
 
-#include <QtTest>
 #include <limits>
 
 using namespace zorbin_qt_gui;
@@ -13,7 +13,7 @@ static double valueOf(const std::optional<coordinateText_t>& coordinate)
 }
 
 /// What is taken for a coordinate when it comes from elsewhere.
-class tst_coordinateText : public QObject
+class tst_coordinateText : public testCase_t
 {
     Q_OBJECT
 
@@ -238,5 +238,5 @@ void tst_coordinateText::tellsPairs()
         QVERIFY(!readLatitude(text)->isOfPair);
 }
 
-QTEST_GUILESS_MAIN(tst_coordinateText)
+ZORBIN_TEST_MAIN(tst_coordinateText, QCoreApplication)
 #include "tst_coordinateText.moc"

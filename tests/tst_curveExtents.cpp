@@ -1,18 +1,18 @@
 #include "curveExtents_p.h"
+#include "testCase.h"
 
 #include "randomNumbers.h"
 #include "recordingRenderer.h"
 #include "stripChartCurve.h"
 #include "stripChartCurveRenderer.h"
 
-#include <QTest>
 #include <memory>
 #include <vector>
 
 using namespace zorbin_qt_gui;
 using curves_t = std::vector<std::unique_ptr<stripChartCurve_t>>;
 
-class tst_curveExtents : public QObject
+class tst_curveExtents : public testCase_t
 {
     Q_OBJECT
 
@@ -240,5 +240,5 @@ void tst_curveExtents::equalsAScanWhileCurvesComeAndGo()
     QVERIFY(members[0].size() > 3);
 }
 
-QTEST_MAIN(tst_curveExtents)
+ZORBIN_TEST_MAIN(tst_curveExtents, QApplication)
 #include "tst_curveExtents.moc"

@@ -1,8 +1,8 @@
 #include "curveIndex_p.h"
+#include "testCase.h"
 
 #include "randomNumbers.h"
 
-#include <QtTest>
 #include <limits>
 
 using namespace zorbin_qt_gui;
@@ -11,7 +11,7 @@ using points_t = curveIndex_t::points_t;
 constexpr double infinity = std::numeric_limits<double>::infinity();
 constexpr double notANumber = std::numeric_limits<double>::quiet_NaN();
 
-class tst_curveIndex : public QObject
+class tst_curveIndex : public testCase_t
 {
     Q_OBJECT
 
@@ -281,5 +281,5 @@ void tst_curveIndex::searchesFindEveryPlace()
     }
 }
 
-QTEST_APPLESS_MAIN(tst_curveIndex)
+ZORBIN_TEST_MAIN(tst_curveIndex, QCoreApplication)
 #include "tst_curveIndex.moc"

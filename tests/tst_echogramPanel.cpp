@@ -4,6 +4,7 @@
 #include "pictures.h"
 #include "pingTimeAxis.h"
 #include "pingView.h"
+#include "testCase.h"
 #include "theme.h"
 #include "timeRuler.h"
 #include "valueRuler.h"
@@ -15,7 +16,6 @@
 #include <QSignalSpy>
 #include <QSlider>
 #include <QTemporaryDir>
-#include <QTest>
 #include <QToolButton>
 #include <algorithm>
 #include <cmath>
@@ -70,7 +70,7 @@ struct panelOnScreen_t
     }
     bool isReady()
     {
-        const bool exposed = QTest::qWaitForWindowExposed(&panel);
+        const bool exposed = QTest::qWaitForWindowExposed(&panel, patienceMs());
         QCoreApplication::processEvents();
         return exposed;
     }
@@ -110,7 +110,7 @@ QRgb colorOf(const palette_t& palette, int level)
 
 } // namespace
 
-class tst_echogramPanel : public QObject
+class tst_echogramPanel : public testCase_t
 {
     Q_OBJECT
 private Q_SLOTS:
@@ -720,5 +720,5 @@ void tst_echogramPanel::countsNoFilling()
     QCOMPARE(picture.pixelColor(x, bottom), histogram->palette().color(QPalette::HighlightedText));
 }
 
-QTEST_MAIN(tst_echogramPanel)
+ZORBIN_TEST_MAIN(tst_echogramPanel, QApplication)
 #include "tst_echogramPanel.moc"

@@ -1,11 +1,11 @@
 #include "galleryWindow.h"
 #include "messageRecorder.h"
+#include "testCase.h"
 
 #include <QApplication>
 #include <QListWidget>
 #include <QPlainTextEdit>
 #include <QScrollArea>
-#include <QTest>
 #include <zorbin-qt-gui/alarmLabel.h>
 #include <zorbin-qt-gui/colorPicker.h>
 #include <zorbin-qt-gui/histogram.h>
@@ -49,7 +49,7 @@ QByteArrayList partsOf(const QWidget& widget)
 
 } // namespace
 
-class tst_gallery : public QObject
+class tst_gallery : public testCase_t
 {
     Q_OBJECT
 private Q_SLOTS:
@@ -150,5 +150,5 @@ void tst_gallery::ignoresAnUnknownName()
     QCOMPARE(list->currentItem()->text(), QStringLiteral("Rulers"));
 }
 
-QTEST_MAIN(tst_gallery)
+ZORBIN_TEST_MAIN(tst_gallery, QApplication)
 #include "tst_gallery.moc"

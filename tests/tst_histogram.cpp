@@ -3,12 +3,12 @@
 #include "paintLog.h"
 #include "pictures.h"
 #include "randomNumbers.h"
+#include "testCase.h"
 
 #include <QApplication>
 #include <QMetaMethod>
 #include <QPainter>
 #include <QRegularExpression>
-#include <QTest>
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
@@ -222,7 +222,7 @@ QList<int> upwards(int first, int last)
 } // namespace
 
 /// The distribution of samples as a bar per pixel column.
-class tst_histogram : public QObject
+class tst_histogram : public testCase_t
 {
     Q_OBJECT
 
@@ -607,7 +607,7 @@ void tst_histogram::repaintsForEverySetter()
     histogram_t histogram;
     histogram.resize(64, 60);
     histogram.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&histogram));
+    QVERIFY(QTest::qWaitForWindowExposed(&histogram, patienceMs()));
     const float sample = 0.5F;
     const std::function<void()> operations[] = {
         [&] { histogram.clear(); },
@@ -638,7 +638,7 @@ void tst_histogram::repaintsDamagedColumnsOnly()
     twins.add(samples);
     twins.highlightRange(0.3F, 0.7F);
     twins.histogram.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&twins.histogram));
+    QVERIFY(QTest::qWaitForWindowExposed(&twins.histogram, patienceMs()));
     QCOMPARE(firstDifference(shown(twins.histogram), twins.wanted()), QString());
     for (int i = 0; i < 30; ++i) {
         twins.histogram.update(QRect(random.integer(-10, 120), random.integer(-10, 60),
@@ -672,7 +672,7 @@ void tst_histogram::survivesNoSize()
     histogram.addData(1, &sample);
     histogram.highlightRange(0.0F, 0.5F);
     window.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&window));
+    QVERIFY(QTest::qWaitForWindowExposed(&window, patienceMs()));
     for (const QSize size : {QSize(0, 0), QSize(30, 0), QSize(0, 30), QSize(1, 1), QSize(1, 30)}) {
         histogram.resize(size);
         shown(window);
@@ -720,7 +720,7 @@ void tst_histogram::drawsWhatThePlainOneDraws()
     random_t random;
     twins_t twins(QSize(100, 60));
     twins.histogram.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&twins.histogram));
+    QVERIFY(QTest::qWaitForWindowExposed(&twins.histogram, patienceMs()));
     for (int step = 0; step < 300; ++step) {
         const float min = static_cast<float>(random.real(-50.0, 50.0));
         const float span = static_cast<float>(std::pow(10.0, random.real(-2.0, 2.0)));
@@ -783,7 +783,7 @@ static int drawOnDenseDisplay()
     twins.add(samples);
     twins.highlightRange(0.3F, 0.7F);
     twins.histogram.show();
-    if (!QTest::qWaitForWindowExposed(&twins.histogram))
+    if (!QTest::qWaitForWindowExposed(&twins.histogram, patienceMs()))
         return EXIT_FAILURE;
     const qreal ratio = qApp->devicePixelRatio();
     QImage wanted(twins.histogram.size() * ratio, QImage::Format_RGB32);

@@ -1,10 +1,10 @@
 #include "imageFrame.h"
 #include "messageRecorder.h"
 #include "pictures.h"
+#include "testCase.h"
 
 #include <QPainter>
 #include <QPixmap>
-#include <QTest>
 #include <algorithm>
 #include <limits>
 #include <memory>
@@ -22,12 +22,15 @@ static QPixmap uniform(const QSize& size, const QColor& color)
 }
 
 /// A frame with a scaled picture.
-class tst_imageFrame : public QObject
+class tst_imageFrame : public testCase_t
 {
     Q_OBJECT
 
+protected:
+    void setUp() override;
+    void tearDown() override { m_frame.reset(); }
+
 private Q_SLOTS:
-    void init();
     void startsWithoutPicture();
     void handsOutThePictureAsSet();
     void scalesThePictureIntoTheMiddle_data();
@@ -49,7 +52,7 @@ private:
     std::unique_ptr<imageFrame_t> m_frame;
 };
 
-void tst_imageFrame::init()
+void tst_imageFrame::setUp()
 {
     m_frame = std::make_unique<imageFrame_t>();
     m_frame->resize(200, 200);
@@ -128,7 +131,7 @@ void tst_imageFrame::scalesAgainOnAResize()
 {
     m_frame->setPixmap(uniform(QSize(10, 10), Qt::red));
     m_frame->show(); // a resize reaches a hidden widget only once it is shown
-    QVERIFY(QTest::qWaitForWindowExposed(m_frame.get()));
+    QVERIFY(QTest::qWaitForWindowExposed(m_frame.get(), patienceMs()));
     m_frame->resize(120, 100);
     QImage wanted = blank(*m_frame);
     QPainter(&wanted).fillRect(10, 0, 100, 100, Qt::red);
@@ -260,5 +263,5 @@ void tst_imageFrame::leavesTheSizePolicyAlone()
     QVERIFY(!m_frame->sizePolicy().hasHeightForWidth());
 }
 
-QTEST_MAIN(tst_imageFrame)
+ZORBIN_TEST_MAIN(tst_imageFrame, QApplication)
 #include "tst_imageFrame.moc"

@@ -2,6 +2,7 @@
 #include "indicator.h"
 #include "messageRecorder.h"
 #include "pictures.h"
+#include "testCase.h"
 
 #include <QApplication>
 #include <QElapsedTimer>
@@ -9,7 +10,6 @@
 #include <QPainter>
 #include <QPointer>
 #include <QSignalSpy>
-#include <QTest>
 #include <QTimer>
 #include <memory>
 #include <type_traits>
@@ -60,12 +60,15 @@ using change_t = void (*)(indicator_t&);
 Q_DECLARE_METATYPE(change_t)
 
 /// The lamp and the clock that blinking lamps share.
-class tst_indicator : public QObject
+class tst_indicator : public testCase_t
 {
     Q_OBJECT
 
+protected:
+    void setUp() override;
+    void tearDown() override { m_lamp.reset(); }
+
 private Q_SLOTS:
-    void init();
 
     void startsLitInTheHighlightColor();
     void hasTheDeclaredSlots();
@@ -104,7 +107,7 @@ private:
     std::unique_ptr<indicator_t> m_lamp;
 };
 
-void tst_indicator::init()
+void tst_indicator::setUp()
 {
     m_lamp = std::make_unique<indicator_t>();
     QPalette palette;
@@ -232,7 +235,7 @@ void tst_indicator::takesTheColorGroupOfTheMoment()
     QWidget other;
     for (QWidget* const window : std::vector<QWidget*>{m_lamp.get(), &other}) {
         window->show();
-        QVERIFY(QTest::qWaitForWindowExposed(window));
+        QVERIFY(QTest::qWaitForWindowExposed(window, patienceMs()));
     }
     QApplication::setActiveWindow(&other);
     QCOMPARE(firstDifference(snapshot(*m_lamp), disc(*m_lamp, Qt::darkGreen)), QString());
@@ -359,7 +362,7 @@ private:
 void tst_indicator::repaintsOnEveryAlert()
 {
     m_lamp->show();
-    QVERIFY(QTest::qWaitForWindowExposed(m_lamp.get()));
+    QVERIFY(QTest::qWaitForWindowExposed(m_lamp.get(), patienceMs()));
     m_lamp->alertWhenOn(true);
     paintCounter_t paints(*m_lamp);
     blinkClock()->alertTimeout();
@@ -390,7 +393,7 @@ void tst_indicator::repaintsOnEveryChange()
     QFETCH(change_t, change);
     QFETCH(int, repaints);
     m_lamp->show();
-    QVERIFY(QTest::qWaitForWindowExposed(m_lamp.get()));
+    QVERIFY(QTest::qWaitForWindowExposed(m_lamp.get(), patienceMs()));
     paintCounter_t paints(*m_lamp);
     change(*m_lamp);
     QCOMPARE(paints.take(), repaints);

@@ -2,10 +2,10 @@
 #include "messageRecorder.h"
 #include "palette.h"
 #include "randomNumbers.h"
+#include "testCase.h"
 
 #include <QFile>
 #include <QTemporaryDir>
-#include <QtTest>
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/un.h>
@@ -18,12 +18,14 @@ Q_DECLARE_METATYPE(table_t)
 constexpr int maxSize = 64 * 1024 * 1024;
 
 /// The reader of palettes in the JSP format.
-class tst_jspPaletteHandler : public QObject
+class tst_jspPaletteHandler : public testCase_t
 {
     Q_OBJECT
 
+protected:
+    void setUp() override;
+
 private Q_SLOTS:
-    void init();
     void readsRecords_data();
     void readsRecords();
     void readsMoreThanOneBuffer();
@@ -55,7 +57,7 @@ private:
     std::unique_ptr<QTemporaryDir> m_directory;
 };
 
-void tst_jspPaletteHandler::init()
+void tst_jspPaletteHandler::setUp()
 {
     m_directory = std::make_unique<QTemporaryDir>();
     QVERIFY(m_directory->isValid());
@@ -400,5 +402,5 @@ void tst_jspPaletteHandler::writesNothing()
     QCOMPARE(QFile(m_directory->filePath(QStringLiteral("b.jsp"))).size(), 7);
 }
 
-QTEST_MAIN(tst_jspPaletteHandler)
+ZORBIN_TEST_MAIN(tst_jspPaletteHandler, QApplication)
 #include "tst_jspPaletteHandler.moc"

@@ -1,4 +1,5 @@
 #include "latLonEditor.h"
+#include "testCase.h"
 
 #include "support/messageRecorder.h"
 
@@ -15,7 +16,6 @@
 #include <QSignalSpy>
 #include <QStringListModel>
 #include <QValidator>
-#include <QtTest>
 #include <clocale>
 #include <limits>
 #include <type_traits>
@@ -193,7 +193,7 @@ public:
 };
 
 /// The entry fields for latitudes and longitudes, and the selector of their notation.
-class tst_latLonEditor : public QObject
+class tst_latLonEditor : public testCase_t
 {
     Q_OBJECT
 
@@ -1437,7 +1437,7 @@ void tst_latLonEditor::mayBeDeletedBySlots_data()
     row("typed", [](latLonEditor_t* editor) { type(*editor, 0, QStringLiteral("3")); });
     row("typed into the window", [](latLonEditor_t* editor) {
         editor->activateWindow();
-        QVERIFY(QTest::qWaitForWindowActive(editor->window()));
+        QVERIFY(QTest::qWaitForWindowActive(editor->window(), patienceMs()));
         lineEdit(*editor)->setCursorPosition(0);
         QTest::keyClick(editor->window()->windowHandle(), Qt::Key_3);
     });
@@ -1818,5 +1818,5 @@ void tst_latLonEditor::readsPointsInAnyLocale()
     QCOMPARE(valueOf(editor), 12.26);
 }
 
-QTEST_MAIN(tst_latLonEditor)
+ZORBIN_TEST_MAIN(tst_latLonEditor, QApplication)
 #include "tst_latLonEditor.moc"

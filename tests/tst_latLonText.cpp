@@ -1,6 +1,6 @@
 #include "support/randomNumbers.h"
+#include "testCase.h"
 
-#include <QtTest>
 #include <clocale>
 #include <cmath>
 #include <limits>
@@ -99,7 +99,7 @@ protected:
 };
 
 /// The printer and the parser of coordinates in libzorbin.
-class tst_latLonText : public QObject
+class tst_latLonText : public testCase_t
 {
     Q_OBJECT
 
@@ -570,5 +570,5 @@ void tst_latLonText::takesNoNoticeOfTheLocale()
     QCOMPARE(readWithComma, NOTHING);
 }
 
-QTEST_GUILESS_MAIN(tst_latLonText)
+ZORBIN_TEST_MAIN(tst_latLonText, QCoreApplication)
 #include "tst_latLonText.moc"

@@ -1,17 +1,17 @@
 #include "lineFootprint_p.h"
+#include "testCase.h"
 
 #include "pictures.h"
 #include "randomNumbers.h"
 
 #include <QPainter>
-#include <QtTest>
 
 using zorbin_qt_gui::lineFootprint;
 using zorbin_qt_gui::lineFootprintBounds;
 using zorbin_qt_gui::maxFootprintStepX;
 using zorbin_qt_gui::maxFootprintStepY;
 
-class tst_lineFootprint : public QObject
+class tst_lineFootprint : public testCase_t
 {
     Q_OBJECT
 
@@ -96,5 +96,5 @@ void tst_lineFootprint::isKnownForSmallStepsToTheRightOnly()
     QCOMPARE(lineFootprint(1, 5), lineFootprint(1, 5)); // learnt once
 }
 
-QTEST_MAIN(tst_lineFootprint)
+ZORBIN_TEST_MAIN(tst_lineFootprint, QApplication)
 #include "tst_lineFootprint.moc"

@@ -1,15 +1,16 @@
 #include "multiPathSelectDialog.h"
+#include "testCase.h"
 
 #include "support/messageRecorder.h"
 
 #include <QApplication>
 #include <QFileDialog>
 #include <QLineEdit>
+#include <QSignalSpy>
 #include <QStringListModel>
 #include <QTemporaryDir>
 #include <QTimer>
 #include <QTranslator>
-#include <QtTest>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <type_traits>
@@ -75,13 +76,15 @@ public:
 };
 
 /// The dialogs that collect paths.
-class tst_multiPathSelectDialog : public QObject
+class tst_multiPathSelectDialog : public testCase_t
 {
     Q_OBJECT
 
+protected:
+    void setUp() override;
+
 private Q_SLOTS:
     void initTestCase();
-    void init();
 
     void looksAsDesigned();
     void laysItsWidgetsOut();
@@ -170,7 +173,7 @@ void tst_multiPathSelectDialog::initTestCase()
     QCoreApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
 }
 
-void tst_multiPathSelectDialog::init()
+void tst_multiPathSelectDialog::setUp()
 {
     m_dir = std::make_unique<QTemporaryDir>();
     QVERIFY(m_dir->isValid());
@@ -878,7 +881,7 @@ void tst_multiPathSelectDialog::mayBeDeletedWhileBrowsing()
     const QPointer<mfsDialog_t> dialog = new mfsDialog_t({}, parent);
     dialog->show();
     dialog->activateWindow();
-    QVERIFY(QTest::qWaitForWindowActive(dialog));
+    QVERIFY(QTest::qWaitForWindowActive(dialog, patienceMs()));
     dialog->setDirectory(m_dir->path());
     QPushButton* const button = dialog->ui()->browseButton;
     QWindow* const window = dialog->windowHandle();
@@ -923,7 +926,7 @@ void tst_multiPathSelectDialog::worksWithTheKeyboardAlone()
     mfsDialog_t dialog({});
     dialog.setDirectory(m_dir->path());
     dialog.show();
-    QVERIFY(QTest::qWaitForWindowActive(&dialog));
+    QVERIFY(QTest::qWaitForWindowActive(&dialog, patienceMs()));
     Ui_multiPathSelectDialog& ui = *dialog.ui();
     ui.directoryComboBox->setFocus();
     const auto tabTo = [](const QWidget* wanted) {
@@ -972,5 +975,5 @@ void tst_multiPathSelectDialog::copesWithManyEntries()
     QCOMPARE(dialog.selected().last(), QStringLiteral("/survey/100000"));
 }
 
-QTEST_MAIN(tst_multiPathSelectDialog)
+ZORBIN_TEST_MAIN(tst_multiPathSelectDialog, QApplication)
 #include "tst_multiPathSelectDialog.moc"

@@ -2,6 +2,7 @@
 #include "notifierWidget.h"
 #include "pictures.h"
 #include "randomNumbers.h"
+#include "testCase.h"
 
 #include <QBoxLayout>
 #include <QElapsedTimer>
@@ -11,7 +12,6 @@
 #include <QMoveEvent>
 #include <QPainter>
 #include <QPointer>
-#include <QTest>
 #include <QTimer>
 #include <algorithm>
 #include <iterator>
@@ -150,12 +150,15 @@ private:
 };
 
 /// Notifications and prompts over the bottom of a main widget.
-class tst_notifierWidget : public QObject
+class tst_notifierWidget : public testCase_t
 {
     Q_OBJECT
 
+protected:
+    void setUp() override;
+    void tearDown() override { m_notifier.reset(); }
+
 private Q_SLOTS:
-    void init();
     void startsEmpty();
     void hasTheDeclaredSlots();
 
@@ -220,13 +223,13 @@ private:
     QWidget* m_strip = nullptr;
 };
 
-void tst_notifierWidget::init()
+void tst_notifierWidget::setUp()
 {
     m_notifier = std::make_unique<notifierWidget_t>();
     m_strip = m_notifier->findChild<QWidget*>(QString(), Qt::FindDirectChildrenOnly);
     m_notifier->resize(300, 200);
     m_notifier->show();
-    QVERIFY(QTest::qWaitForWindowExposed(m_notifier.get()));
+    QVERIFY(QTest::qWaitForWindowExposed(m_notifier.get(), patienceMs()));
     QTRY_COMPARE(m_strip->geometry(), QRect(0, 200, 300, 0));
 }
 
@@ -692,7 +695,7 @@ void tst_notifierWidget::paintsWhatAChildAskedFor()
     QFETCH(QByteArray, operation);
     QFETCH(QByteArray, moment);
     const board_t board(isWindow);
-    QVERIFY(QTest::qWaitForWindowExposed(board.window.get()));
+    QVERIFY(QTest::qWaitForWindowExposed(board.window.get(), patienceMs()));
     auto* const field = new field_t;
     board.notifier->setMainWidget(field);
     QWidget* const widget = ofHeight(20);
@@ -763,7 +766,7 @@ void tst_notifierWidget::paintsDuringEndlessLayoutRequests()
     auto* const label = new QLabel;
     (new QVBoxLayout(page))->addWidget(label);
     board.notifier->setMainWidget(page);
-    QVERIFY(QTest::qWaitForWindowExposed(board.window.get()));
+    QVERIFY(QTest::qWaitForWindowExposed(board.window.get(), patienceMs()));
     int value = 0;
     QTimer values; // a label asks for a layout with each text
     connect(&values, &QTimer::timeout, this, [&] { label->setText(QString::number(++value)); });
@@ -782,7 +785,7 @@ void tst_notifierWidget::paintsDuringAnEndlessResize()
     auto* const field = new field_t;
     notifier->setMainWidget(field);
     window.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&window));
+    QVERIFY(QTest::qWaitForWindowExposed(&window, patienceMs()));
     QTimer resizes;
     connect(&resizes, &QTimer::timeout, notifier,
             [notifier] { notifier->resize(300, notifier->height() == 200 ? 201 : 200); });
@@ -804,7 +807,7 @@ void tst_notifierWidget::paintsDuringAFloodOfNotifications()
     const board_t board(isWindow);
     auto* const field = new field_t;
     board.notifier->setMainWidget(field);
-    QVERIFY(QTest::qWaitForWindowExposed(board.window.get()));
+    QVERIFY(QTest::qWaitForWindowExposed(board.window.get(), patienceMs()));
     QPointer<QWidget> notification;
     QTimer flood;
     connect(&flood, &QTimer::timeout, this, [&] {
@@ -1005,5 +1008,5 @@ void tst_notifierWidget::survivesItsOwnDeletion()
     QCoreApplication::processEvents();
 }
 
-QTEST_MAIN(tst_notifierWidget)
+ZORBIN_TEST_MAIN(tst_notifierWidget, QApplication)
 #include "tst_notifierWidget.moc"

@@ -1,6 +1,6 @@
 #include "numbers_p.h"
+#include "testCase.h"
 
-#include <QtTest>
 #include <limits>
 
 using zorbin_qt_gui::rounded;
@@ -8,7 +8,7 @@ using zorbin_qt_gui::truncated;
 using zorbin_qt_gui::truncatedOrLeast;
 using zorbin_qt_gui::truncatedToUnsigned;
 
-class tst_numbers : public QObject
+class tst_numbers : public testCase_t
 {
     Q_OBJECT
 
@@ -135,5 +135,5 @@ void tst_numbers::roundsHalvesToTheEven()
     QTEST(rounded(x), "wanted");
 }
 
-QTEST_APPLESS_MAIN(tst_numbers)
+ZORBIN_TEST_MAIN(tst_numbers, QCoreApplication)
 #include "tst_numbers.moc"

@@ -1,11 +1,11 @@
 #include "childProcess.h"
 #include "messageRecorder.h"
 #include "palette.h"
+#include "testCase.h"
 
 #include <QFile>
 #include <QProcess>
 #include <QTemporaryDir>
-#include <QtTest>
 #include <sys/stat.h>
 #include <type_traits>
 #include <unistd.h>
@@ -52,12 +52,14 @@ static QByteArray xml(int red)
 }
 
 /// Colour tables and keyed colours for two display depths.
-class tst_palette : public QObject
+class tst_palette : public testCase_t
 {
     Q_OBJECT
 
+protected:
+    void setUp() override;
+
 private Q_SLOTS:
-    void init();
     void startsEmpty();
     void servesTheTableOfTheDisplay();
     void servesTheOnlyTableAtBothDepths();
@@ -101,7 +103,7 @@ private:
     std::unique_ptr<QTemporaryDir> m_directory;
 };
 
-void tst_palette::init()
+void tst_palette::setUp()
 {
     m_directory = std::make_unique<QTemporaryDir>();
     QVERIFY(m_directory->isValid());

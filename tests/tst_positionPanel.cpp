@@ -1,11 +1,11 @@
 #include "positionPanel.h"
+#include "testCase.h"
 
 #include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QSignalSpy>
-#include <QTest>
 #include <QWheelEvent>
 
 using namespace survey_console;
@@ -64,7 +64,7 @@ struct panel_t
 
 } // namespace
 
-class tst_positionPanel : public QObject
+class tst_positionPanel : public testCase_t
 {
     Q_OBJECT
 private Q_SLOTS:
@@ -223,7 +223,7 @@ void tst_positionPanel::hasNothingNearWithoutFixes()
 void tst_positionPanel::wheelChangesNothingInPassing()
 {
     panel_t shown;
-    QVERIFY(QTest::qWaitForWindowExposed(&shown.panel));
+    QVERIFY(QTest::qWaitForWindowExposed(&shown.panel, patienceMs()));
     shown.goTo(1.0, 1.0);
     auto* hemisphere = shown.editor("targetLatitude")->findChild<QComboBox*>();
     shown.field("targetLatitude")->setFocus();
@@ -234,5 +234,5 @@ void tst_positionPanel::wheelChangesNothingInPassing()
     QCOMPARE(shown.value("targetLatitude"), 1.0);
 }
 
-QTEST_MAIN(tst_positionPanel)
+ZORBIN_TEST_MAIN(tst_positionPanel, QApplication)
 #include "tst_positionPanel.moc"

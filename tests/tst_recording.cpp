@@ -1,10 +1,10 @@
 #include "randomNumbers.h"
 #include "recording.h"
 #include "recordingReader.h"
+#include "testCase.h"
 
 #include <QBuffer>
 #include <QTemporaryDir>
-#include <QTest>
 #include <cmath>
 
 using namespace survey_console;
@@ -74,7 +74,7 @@ bool isInOrder(const recording_t& recording)
 
 } // namespace
 
-class tst_recording : public QObject
+class tst_recording : public testCase_t
 {
     Q_OBJECT
 private Q_SLOTS:
@@ -686,5 +686,5 @@ void tst_recording::unwrapsAngles()
     QCOMPARE(found, wanted);
 }
 
-QTEST_GUILESS_MAIN(tst_recording)
+ZORBIN_TEST_MAIN(tst_recording, QCoreApplication)
 #include "tst_recording.moc"

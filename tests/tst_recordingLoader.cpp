@@ -1,6 +1,7 @@
 #include "mainWindow.h"
 #include "notices.h"
 #include "recordingLoader.h"
+#include "testCase.h"
 
 #include <QElapsedTimer>
 #include <QFile>
@@ -8,7 +9,6 @@
 #include <QPushButton>
 #include <QSignalSpy>
 #include <QTemporaryDir>
-#include <QTest>
 
 using namespace survey_console;
 
@@ -40,7 +40,7 @@ struct console_t
 
 } // namespace
 
-class tst_recordingLoader : public QObject
+class tst_recordingLoader : public testCase_t
 {
     Q_OBJECT
 private:
@@ -153,7 +153,7 @@ void tst_recordingLoader::readsALineWithoutEndInSlices()
 void tst_recordingLoader::windowStaysAliveAndAsksAtTheEnd()
 {
     console_t console;
-    QVERIFY(QTest::qWaitForWindowActive(&console.window));
+    QVERIFY(QTest::qWaitForWindowActive(&console.window, patienceMs()));
     console.window.openRecording(m_long);
     QVERIFY(console.prompt("loadingPrompt"));
     auto* bar = console.window.findChild<QProgressBar*>("loadingBar");
@@ -168,7 +168,7 @@ void tst_recordingLoader::windowStaysAliveAndAsksAtTheEnd()
 void tst_recordingLoader::windowCancelsByTheButton()
 {
     console_t console;
-    QVERIFY(QTest::qWaitForWindowActive(&console.window));
+    QVERIFY(QTest::qWaitForWindowActive(&console.window, patienceMs()));
     console.window.openRecording(m_long);
     auto* button = console.window.findChild<QPushButton*>("cancelButton");
     QTRY_VERIFY(button->isVisible());
@@ -182,7 +182,7 @@ void tst_recordingLoader::windowCancelsByTheButton()
 void tst_recordingLoader::windowCancelsByEscape()
 {
     console_t console;
-    QVERIFY(QTest::qWaitForWindowActive(&console.window));
+    QVERIFY(QTest::qWaitForWindowActive(&console.window, patienceMs()));
     console.window.openRecording(m_long);
     QVERIFY(console.prompt("loadingPrompt"));
     QTest::keyClick(&console.window, Qt::Key_Escape);
@@ -193,7 +193,7 @@ void tst_recordingLoader::windowCancelsByEscape()
 void tst_recordingLoader::windowReadsAnotherInstead()
 {
     console_t console;
-    QVERIFY(QTest::qWaitForWindowActive(&console.window));
+    QVERIFY(QTest::qWaitForWindowActive(&console.window, patienceMs()));
     QString chosen;
     connect(&console.window, &mainWindow_t::recordingChosen, this,
             [&](const QString& path) { chosen = path; });
@@ -207,5 +207,5 @@ void tst_recordingLoader::windowReadsAnotherInstead()
     QCOMPARE(chosen, QString(SHORT));
 }
 
-QTEST_MAIN(tst_recordingLoader)
+ZORBIN_TEST_MAIN(tst_recordingLoader, QApplication)
 #include "tst_recordingLoader.moc"

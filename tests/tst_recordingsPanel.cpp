@@ -1,5 +1,6 @@
 #include "multiPathSelectDialog.h"
 #include "recordingsPanel.h"
+#include "testCase.h"
 
 #include <QDir>
 #include <QFile>
@@ -8,7 +9,6 @@
 #include <QPushButton>
 #include <QSignalSpy>
 #include <QTemporaryDir>
-#include <QTest>
 
 using namespace survey_console;
 using zorbin_qt_gui::mdsDialog_t;
@@ -86,7 +86,7 @@ QStringList offered(multiPathSelectDialog_t* dialog)
 
 } // namespace
 
-class tst_recordingsPanel : public QObject
+class tst_recordingsPanel : public testCase_t
 {
     Q_OBJECT
 private Q_SLOTS:
@@ -264,5 +264,5 @@ void tst_recordingsPanel::takesFilesOffTheList()
     QCOMPARE(shown.panel.files(), QStringList("/survey/a.log"));
 }
 
-QTEST_MAIN(tst_recordingsPanel)
+ZORBIN_TEST_MAIN(tst_recordingsPanel, QApplication)
 #include "tst_recordingsPanel.moc"

@@ -1,7 +1,7 @@
 #include "replayClock.h"
+#include "testCase.h"
 
 #include <QSignalSpy>
-#include <QTest>
 #include <limits>
 
 using survey_console::replayClock_t;
@@ -28,7 +28,7 @@ struct handDriven_t
 
 } // namespace
 
-class tst_replayClock : public QObject
+class tst_replayClock : public testCase_t
 {
     Q_OBJECT
 private Q_SLOTS:
@@ -284,5 +284,5 @@ void tst_replayClock::anEmptySpanIsAtItsEnd()
     QVERIFY(!driven.clock.isRunning());
 }
 
-QTEST_GUILESS_MAIN(tst_replayClock)
+ZORBIN_TEST_MAIN(tst_replayClock, QCoreApplication)
 #include "tst_replayClock.moc"

@@ -1,18 +1,21 @@
+#include "testCase.h"
+
 #include <zorbin-qt/resourceDir.h>
 
 #include <QFile>
 #include <QTemporaryDir>
-#include <QtTest>
 #include <sys/stat.h>
 #include <unistd.h>
 
 /// Where libzorbin-qt looks for installed resources.
-class tst_resourceDir : public QObject
+class tst_resourceDir : public testCase_t
 {
     Q_OBJECT
 
+protected:
+    void tearDown() override;
+
 private Q_SLOTS:
-    void cleanup();
     void isTheDefaultWithoutOverride_data();
     void isTheDefaultWithoutOverride();
     void isTheDirectoryNamedByTheEnvironment();
@@ -26,7 +29,7 @@ private Q_SLOTS:
 static const char variable[] = "ZORBIN_QT_RESOURCE_DIR";
 static const std::string fallback = "/usr/share/Zorbin-qt";
 
-void tst_resourceDir::cleanup()
+void tst_resourceDir::tearDown()
 {
     qunsetenv(variable);
 }
@@ -104,5 +107,5 @@ void tst_resourceDir::readsTheEnvironmentAtEachCall()
     QCOMPARE(zorbin_qt::resourceDir(fallback), fallback);
 }
 
-QTEST_GUILESS_MAIN(tst_resourceDir)
+ZORBIN_TEST_MAIN(tst_resourceDir, QCoreApplication)
 #include "tst_resourceDir.moc"

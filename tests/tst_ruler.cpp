@@ -2,6 +2,7 @@
 #include "pictures.h"
 #include "plainRuler.h"
 #include "randomNumbers.h"
+#include "testCase.h"
 
 #include <QApplication>
 #include <QMetaMethod>
@@ -12,7 +13,6 @@
 #include <QScopeGuard>
 #include <QSignalSpy>
 #include <QStyle>
-#include <QTest>
 #include <algorithm>
 #include <cmath>
 #include <functional>
@@ -116,7 +116,7 @@ public:
         window.resize(900, 900);
         ruler.resize(size);
         window.show();
-        if (!QTest::qWaitForWindowExposed(&window))
+        if (!QTest::qWaitForWindowExposed(&window, patienceMs()))
             qFatal("The window isn't shown");
         settle();
     }
@@ -242,7 +242,7 @@ QStringList announced(const QSignalSpy& spy)
 
 } // namespace
 
-class tst_ruler : public QObject
+class tst_ruler : public testCase_t
 {
     Q_OBJECT
 
@@ -1914,7 +1914,7 @@ void tst_ruler::staysOfAPaintableSize()
     ruler.tickLength(4294967295u);
     ruler.spacing(4294967295u);
     ruler.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&ruler));
+    QVERIFY(QTest::qWaitForWindowExposed(&ruler, patienceMs()));
     QTRY_VERIFY(ruler.height() > 1200); // beyond the screen, once it is painted
     QVERIFY(ruler.height() < 32768);
     QVERIFY(ruler.minimumSizeHint().height() < 32768);
@@ -2231,5 +2231,5 @@ void tst_ruler::looksLikeThePlainRuler()
     QVERIFY(denseMinors > 5);
 }
 
-QTEST_MAIN(tst_ruler)
+ZORBIN_TEST_MAIN(tst_ruler, QApplication)
 #include "tst_ruler.moc"

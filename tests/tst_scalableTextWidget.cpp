@@ -2,12 +2,12 @@
 #include "pictures.h"
 #include "randomNumbers.h"
 #include "scalableTextWidget.h"
+#include "testCase.h"
 
 #include <QFontDatabase>
 #include <QFontInfo>
 #include <QFontMetrics>
 #include <QPainter>
-#include <QTest>
 #include <memory>
 #include <type_traits>
 #include <vector>
@@ -82,12 +82,15 @@ using setSpacing_t = void (*)(QFont&, int);
 Q_DECLARE_METATYPE(setSpacing_t)
 
 /// One line of text as large as the widget allows.
-class tst_scalableTextWidget : public QObject
+class tst_scalableTextWidget : public testCase_t
 {
     Q_OBJECT
 
+protected:
+    void setUp() override;
+    void tearDown() override { m_widget.reset(); }
+
 private Q_SLOTS:
-    void init();
     void startsEmpty();
     void leavesTheFontAloneForAnEmptyText();
     void drawsTheTextInTheMiddle();
@@ -114,7 +117,7 @@ private:
     std::unique_ptr<openWidget_t> m_widget;
 };
 
-void tst_scalableTextWidget::init()
+void tst_scalableTextWidget::setUp()
 {
     m_widget = std::make_unique<openWidget_t>();
     QFont font = m_widget->font();
@@ -174,7 +177,7 @@ void tst_scalableTextWidget::repaintsForTheSameText()
     } paints;
     m_widget->setText(QStringLiteral("0"));
     m_widget->show();
-    QVERIFY(QTest::qWaitForWindowExposed(m_widget.get()));
+    QVERIFY(QTest::qWaitForWindowExposed(m_widget.get(), patienceMs()));
     QCoreApplication::processEvents();
     m_widget->installEventFilter(&paints);
     m_widget->setText(QStringLiteral("0"));
@@ -235,7 +238,7 @@ void tst_scalableTextWidget::fitsAgainOnAResize()
     const QString text = QStringLiteral("0");
     m_widget->setText(text);
     m_widget->show();
-    QVERIFY(QTest::qWaitForWindowExposed(m_widget.get()));
+    QVERIFY(QTest::qWaitForWindowExposed(m_widget.get(), patienceMs()));
     QFont before = m_widget->font();
     m_widget->resize(300, 100);
     QCOMPARE(m_widget->font().pointSize(), fittedPoints(text, before, QSize(300, 100)));
@@ -447,5 +450,5 @@ void tst_scalableTextWidget::fitsAWholeScreen()
              fittedPoints(QStringLiteral("0"), before, QSize(1920, 1080)));
 }
 
-QTEST_MAIN(tst_scalableTextWidget)
+ZORBIN_TEST_MAIN(tst_scalableTextWidget, QApplication)
 #include "tst_scalableTextWidget.moc"

@@ -1,10 +1,10 @@
 #include "messageRecorder.h"
 #include "pictures.h"
 #include "randomNumbers.h"
+#include "testCase.h"
 
 #include <QPainter>
 #include <QPointer>
-#include <QTest>
 #include <cmath>
 #include <functional>
 #include <limits>
@@ -49,15 +49,9 @@ void fill(QImage& picture, const QRect& rect, const QColor& color)
     QPainter(&picture).fillRect(rect, color);
 }
 
-void settle()
-{
-    QCoreApplication::sendPostedEvents();
-    QCoreApplication::processEvents();
-}
-
 } // namespace
 
-class tst_slidingGauge : public QObject
+class tst_slidingGauge : public testCase_t
 {
     Q_OBJECT
 
@@ -216,7 +210,7 @@ void tst_slidingGauge::repaintsForChangesOnly()
     testGauge_t gauge(nullptr);
     gauge.resize(100, 100);
     gauge.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&gauge));
+    QVERIFY(QTest::qWaitForWindowExposed(&gauge, patienceMs()));
     settle();
     gauge.paints = 0;
     action(gauge);
@@ -533,5 +527,5 @@ void tst_slidingGauge::looksAsItsRulesSay()
     }
 }
 
-QTEST_MAIN(tst_slidingGauge)
+ZORBIN_TEST_MAIN(tst_slidingGauge, QApplication)
 #include "tst_slidingGauge.moc"

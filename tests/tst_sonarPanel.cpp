@@ -6,6 +6,7 @@
 #include "pingRenderer.h"
 #include "pingView.h"
 #include "sonarPanel.h"
+#include "testCase.h"
 #include "valueRuler.h"
 
 #include <QComboBox>
@@ -13,7 +14,6 @@
 #include <QMouseEvent>
 #include <QSignalSpy>
 #include <QSlider>
-#include <QTest>
 #include <QToolButton>
 #include <cmath>
 
@@ -59,7 +59,7 @@ struct panelOnScreen_t
     }
     bool isReady()
     {
-        const bool exposed = QTest::qWaitForWindowExposed(&panel);
+        const bool exposed = QTest::qWaitForWindowExposed(&panel, patienceMs());
         QCoreApplication::processEvents();
         return exposed;
     }
@@ -81,7 +81,7 @@ void dragTo(QWidget* widget, const QPoint& to)
 
 } // namespace
 
-class tst_sonarPanel : public QObject
+class tst_sonarPanel : public testCase_t
 {
     Q_OBJECT
 private Q_SLOTS:
@@ -533,5 +533,5 @@ void tst_sonarPanel::countsWhatIsInView()
     QVERIFY(!hasBarAt(-45.0F)); // not come yet
 }
 
-QTEST_MAIN(tst_sonarPanel)
+ZORBIN_TEST_MAIN(tst_sonarPanel, QApplication)
 #include "tst_sonarPanel.moc"

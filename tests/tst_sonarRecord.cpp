@@ -1,9 +1,9 @@
 #include "randomNumbers.h"
 #include "sonarRecord.h"
+#include "testCase.h"
 
 #include <QFile>
 #include <QTemporaryDir>
-#include <QTest>
 #include <cmath>
 
 using namespace survey_console;
@@ -43,7 +43,7 @@ QByteArray echogramTable()
 
 } // namespace
 
-class tst_sonarRecord : public QObject
+class tst_sonarRecord : public testCase_t
 {
     Q_OBJECT
 private:
@@ -458,5 +458,5 @@ void tst_sonarRecord::survivesAnyDamageToEchoes()
     }
 }
 
-QTEST_GUILESS_MAIN(tst_sonarRecord)
+ZORBIN_TEST_MAIN(tst_sonarRecord, QCoreApplication)
 #include "tst_sonarRecord.moc"

@@ -2,6 +2,7 @@
 #include "pictures.h"
 #include "sounder.h"
 #include "sounderPanel.h"
+#include "testCase.h"
 #include "theme.h"
 
 #include <QCheckBox>
@@ -13,7 +14,6 @@
 #include <QSignalSpy>
 #include <QSlider>
 #include <QSpinBox>
-#include <QTest>
 #include <QWheelEvent>
 
 using namespace survey_console;
@@ -46,7 +46,7 @@ struct panel_t
 
 } // namespace
 
-class tst_sounderPanel : public QObject
+class tst_sounderPanel : public testCase_t
 {
     Q_OBJECT
 private Q_SLOTS:
@@ -251,5 +251,5 @@ void tst_sounderPanel::wheelChangesNothingInPassing()
     QVERIFY(panel.panel.binder().allSpFbMatch());
 }
 
-QTEST_MAIN(tst_sounderPanel)
+ZORBIN_TEST_MAIN(tst_sounderPanel, QApplication)
 #include "tst_sounderPanel.moc"

@@ -4,6 +4,7 @@
 #include "pictures.h"
 #include "randomNumbers.h"
 #include "spFbUiWrapper.h"
+#include "testCase.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -16,7 +17,6 @@
 #include <QSignalSpy>
 #include <QSlider>
 #include <QSpinBox>
-#include <QTest>
 #include <QTimer>
 #include <algorithm>
 #include <limits>
@@ -152,12 +152,15 @@ Q_DECLARE_METATYPE(loss_t)
 Q_DECLARE_METATYPE(inFlight_t)
 
 /// The binder of widgets, setpoints, feedback and lamps.
-class tst_spFbUiWrapper : public QObject
+class tst_spFbUiWrapper : public testCase_t
 {
     Q_OBJECT
 
+protected:
+    void setUp() override;
+    void tearDown() override { m_panel.reset(); }
+
 private Q_SLOTS:
-    void init();
     void startsEmpty();
     void hasTheDeclaredSignalsAndSlots();
     void keepsItemsById();
@@ -241,7 +244,7 @@ private:
     std::unique_ptr<panel_t> m_panel;
 };
 
-void tst_spFbUiWrapper::init()
+void tst_spFbUiWrapper::setUp()
 {
     m_panel = std::make_unique<panel_t>();
 }

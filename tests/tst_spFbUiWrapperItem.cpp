@@ -1,6 +1,7 @@
 #include "indicator.h"
 #include "pictures.h"
 #include "spFbUiWrapperItem.h"
+#include "testCase.h"
 
 #include <QAbstractSlider>
 #include <QApplication>
@@ -13,7 +14,6 @@
 #include <QSignalSpy>
 #include <QSlider>
 #include <QSpinBox>
-#include <QTest>
 #include <QVariant>
 #include <limits>
 #include <memory>
@@ -56,7 +56,7 @@ const QColor highlight()
 } // namespace
 
 /// A widget bound with its setpoint, its feedback and its lamp.
-class tst_spFbUiWrapperItem : public QObject
+class tst_spFbUiWrapperItem : public testCase_t
 {
     Q_OBJECT
 
@@ -548,5 +548,5 @@ void tst_spFbUiWrapperItem::takesItsOwnValuesAsNewOnes()
     QCOMPARE(edit.text(), QStringLiteral("b"));
 }
 
-QTEST_MAIN(tst_spFbUiWrapperItem)
+ZORBIN_TEST_MAIN(tst_spFbUiWrapperItem, QApplication)
 #include "tst_spFbUiWrapperItem.moc"

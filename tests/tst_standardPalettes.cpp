@@ -1,15 +1,15 @@
 #include "palette.h"
 #include "perception.h"
+#include "testCase.h"
 
 #include <QFile>
 #include <QXmlStreamReader>
-#include <QtTest>
 #include <algorithm>
 
 using zorbin_qt_gui::palette_t;
 
 /// The installed palettes: what their files hold, how they look, and that the library finds them.
-class tst_standardPalettes : public QObject
+class tst_standardPalettes : public testCase_t
 {
     Q_OBJECT
 
@@ -373,5 +373,5 @@ void tst_standardPalettes::loadsByPath()
     }
 }
 
-QTEST_MAIN(tst_standardPalettes)
+ZORBIN_TEST_MAIN(tst_standardPalettes, QApplication)
 #include "tst_standardPalettes.moc"

@@ -11,6 +11,7 @@
 #include "stripChart.h"
 #include "stripChartCurve.h"
 #include "stripChartImpl.h"
+#include "testCase.h"
 
 #include <QApplication>
 #include <QGridLayout>
@@ -20,7 +21,6 @@
 #include <QPointer>
 #include <QRegularExpression>
 #include <QSignalSpy>
-#include <QTest>
 #include <QThread>
 #include <QVBoxLayout>
 #include <cmath>
@@ -100,7 +100,7 @@ private:
     const QPointer<QObject> m_object;
 };
 
-class tst_stripChart : public QObject
+class tst_stripChart : public testCase_t
 {
     Q_OBJECT
 
@@ -253,7 +253,7 @@ void tst_stripChart::showsANewBackgroundAtOnce()
     stripChart_t chart(nullptr);
     chart.resize(60, 50);
     chart.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&chart));
+    QVERIFY(QTest::qWaitForWindowExposed(&chart, patienceMs()));
     chart.setBackgroundColor(Qt::darkRed);
     QImage wanted(60, 50, QImage::Format_RGB32);
     wanted.fill(Qt::darkRed);
@@ -267,7 +267,7 @@ void tst_stripChart::repaintsNothingForTheSameBackground()
     chart.setBackgroundColor(Qt::darkRed);
     chart.resize(60, 50);
     chart.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&chart));
+    QVERIFY(QTest::qWaitForWindowExposed(&chart, patienceMs()));
     paintLog_t paints(implOf(chart).widget());
     shown(chart);
     paints.take();
@@ -318,7 +318,7 @@ void tst_stripChart::repaintsItsCanvasWhateverItsLayout()
     chart.resize(100, 80);
     change(&chart);
     chart.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&chart));
+    QVERIFY(QTest::qWaitForWindowExposed(&chart, patienceMs()));
     shown(chart);
     QWidget* const canvas = implOf(chart).widget();
     paintLog_t paints(canvas);
@@ -521,7 +521,7 @@ void tst_stripChart::survivesOddTimeBounds()
     chart.addCurve(curve);
     curve->addPoints({{0.0, 1.0, Qt::red}, {1.0, 2.0, Qt::red}, {1e17, 3.0, Qt::red}});
     chart.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&chart));
+    QVERIFY(QTest::qWaitForWindowExposed(&chart, patienceMs()));
     chart.timeBounds(min, max);
     QCOMPARE(chart.minTimeBound(), min);
     QCOMPARE(chart.maxTimeBound(), max);
@@ -1186,7 +1186,7 @@ void tst_stripChart::forgetsACurveThatIsDeleted()
     curve->addPoints({{-9.0, -1.0, Qt::red}, {-8.0, 1.0, Qt::red}});
     chart.resize(80, 60);
     chart.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&chart));
+    QVERIFY(QTest::qWaitForWindowExposed(&chart, patienceMs()));
     delete curve;
     QCOMPARE(implOf(chart).curves(), std::set<stripChartCurve_t*>{other});
     chart.update();
@@ -1455,7 +1455,7 @@ void tst_stripChart::mayBeDeletedLaterBySlotsOfItsSignals()
         chart->window()->resize(200, 100);
         if (isShown) {
             chart->window()->show();
-            QVERIFY(QTest::qWaitForWindowExposed(chart->window()));
+            QVERIFY(QTest::qWaitForWindowExposed(chart->window(), patienceMs()));
         }
         connect(chart, signal.constData(), chart, SLOT(deleteLater()));
         use(chart);
@@ -1484,7 +1484,7 @@ void tst_stripChart::losesACurveToSlotsOfSignalsByQt()
     chart.resize(200, 100);
     if (isShown) {
         chart.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&chart));
+        QVERIFY(QTest::qWaitForWindowExposed(&chart, patienceMs()));
     }
     deleter_t deleter(curve);
     connect(&chart, signal.constData(), &deleter, SLOT(deleteIt()));

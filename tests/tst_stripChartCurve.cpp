@@ -4,10 +4,10 @@
 #include "simpleCurveRenderer.h"
 #include "stripChartCurve.h"
 #include "stripChartCurveRenderer.h"
+#include "testCase.h"
 
 #include <QPointer>
 #include <QSignalSpy>
-#include <QTest>
 #include <QThread>
 #include <cmath>
 #include <limits>
@@ -29,7 +29,7 @@ static QVector<double> timesOf(stripChartCurve_t& curve)
     return times;
 }
 
-class tst_stripChartCurve : public QObject
+class tst_stripChartCurve : public testCase_t
 {
     Q_OBJECT
 
@@ -716,5 +716,5 @@ void tst_stripChartCurve::answersOnTheFullSegmentSizeAsThePlainModel()
     QVERIFY(model.timeMin() > 1000.0);   // nor the pruning
 }
 
-QTEST_GUILESS_MAIN(tst_stripChartCurve)
+ZORBIN_TEST_MAIN(tst_stripChartCurve, QCoreApplication)
 #include "tst_stripChartCurve.moc"

@@ -2,8 +2,8 @@
 #include "recordingRenderer.h"
 #include "stripChartCurve.h"
 #include "stripChartCurveRenderer.h"
+#include "testCase.h"
 
-#include <QTest>
 #include <cmath>
 #include <limits>
 #include <memory>
@@ -23,7 +23,7 @@ static void fill(stripChartCurveData_t& data, int count)
     data.incomingCount = count;
 }
 
-class tst_stripChartCurveRenderer : public QObject
+class tst_stripChartCurveRenderer : public testCase_t
 {
     Q_OBJECT
 

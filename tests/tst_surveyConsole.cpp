@@ -14,6 +14,7 @@
 #include "sonarPanel.h"
 #include "speedPanel.h"
 #include "stripChart.h"
+#include "testCase.h"
 #include "texts.h"
 #include "theme.h"
 #include "timeAxis.h"
@@ -38,7 +39,6 @@
 #include <QSignalSpy>
 #include <QSlider>
 #include <QTemporaryDir>
-#include <QTest>
 #include <QTimer>
 #include <QToolButton>
 #include <QWheelEvent>
@@ -121,7 +121,7 @@ struct console_t
 
     bool isReady()
     {
-        const bool active = QTest::qWaitForWindowActive(&window);
+        const bool active = QTest::qWaitForWindowActive(&window, patienceMs());
         QCoreApplication::processEvents(); // what the layout queued
         return active;
     }
@@ -232,15 +232,17 @@ outcome_t runConsole(const QStringList& arguments)
 
 } // namespace
 
-class tst_surveyConsole : public QObject
+class tst_surveyConsole : public testCase_t
 {
     Q_OBJECT
 private:
     QTemporaryDir m_resources; // with the palettes, of which the first two are told apart
 
+protected:
+    void setUp() override;
+
 private Q_SLOTS:
     void initTestCase();
-    void init();
     // the window
     void startsPausedAtTheStart();
     void resumesAndPausesByTheButton();
@@ -364,7 +366,7 @@ void tst_surveyConsole::initTestCase()
         QVERIFY(writeFile(path(name), twoColors(GREEN, CYAN)));
 }
 
-void tst_surveyConsole::init()
+void tst_surveyConsole::setUp()
 {
     qputenv("ZORBIN_QT_RESOURCE_DIR", QFile::encodeName(m_resources.path()));
 }
@@ -850,7 +852,7 @@ void tst_surveyConsole::fitsTheScreen()
     window.addSurvey();
     window.resize(size);
     window.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&window));
+    QVERIFY(QTest::qWaitForWindowExposed(&window, patienceMs()));
     window.clock()->seek(window.clock()->start() + 500.0);
     QCoreApplication::processEvents();
     QCOMPARE(window.size(), size);
@@ -1411,7 +1413,7 @@ void tst_surveyConsole::secondCurveLiesOverTheFirst()
     mainWindow_t window("test line", std::move(line), [] { return 0.0; });
     window.resize(1280, 800);
     window.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&window));
+    QVERIFY(QTest::qWaitForWindowExposed(&window, patienceMs()));
     window.clock()->seek(START + 99.0);
     QCoreApplication::processEvents();
     const QImage picture = snapshot(*window.chartPanels().at(PANEL_HEADING)->chart());
@@ -2003,5 +2005,5 @@ void tst_surveyConsole::reportsAPictureItCannotWrite()
     QCOMPARE(outcome.exitCode, 1);
 }
 
-QTEST_MAIN(tst_surveyConsole)
+ZORBIN_TEST_MAIN(tst_surveyConsole, QApplication)
 #include "tst_surveyConsole.moc"

@@ -1,16 +1,17 @@
+#include "testCase.h"
+
 #include <zorbin/timestamp.h>
 #include <zorbin/usleep.h>
 
 #include <QDateTime>
 #include <QElapsedTimer>
-#include <QtTest>
 #include <atomic>
 #include <csignal>
 #include <pthread.h>
 #include <thread>
 
 /// The time stamps and the sleep of libzorbin.
-class tst_timestamp : public QObject
+class tst_timestamp : public testCase_t
 {
     Q_OBJECT
 
@@ -99,5 +100,5 @@ void tst_timestamp::sleepsOnWhileSignalsArrive()
     QVERIFY2(signalsSeen >= 2, qPrintable(QString::number(signalsSeen)));
 }
 
-QTEST_GUILESS_MAIN(tst_timestamp)
+ZORBIN_TEST_MAIN(tst_timestamp, QCoreApplication)
 #include "tst_timestamp.moc"

@@ -1,4 +1,5 @@
 #include "multiPathSelectDialog.h"
+#include "testCase.h"
 
 #include "ui_multiPathSelectDialog.h"
 
@@ -7,7 +8,6 @@
 #include <QTemporaryDir>
 #include <QTranslator>
 #include <QXmlStreamReader>
-#include <QtTest>
 #include <zorbin-qt/resourceDir.h>
 
 using namespace zorbin_qt_gui;
@@ -68,7 +68,7 @@ static QVector<message_t> readMessages(QIODevice* device, QString* error)
 }
 
 /// The library's texts in the languages they have been translated to.
-class tst_translations : public QObject
+class tst_translations : public testCase_t
 {
     Q_OBJECT
 
@@ -171,5 +171,5 @@ void tst_translations::hasEveryTextInEveryLanguage()
     QCOMPARE(untranslated.join(QStringLiteral(", ")), QString());
 }
 
-QTEST_MAIN(tst_translations)
+ZORBIN_TEST_MAIN(tst_translations, QApplication)
 #include "tst_translations.moc"

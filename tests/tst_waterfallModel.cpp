@@ -1,9 +1,9 @@
 #include "plainWaterfall.h"
+#include "testCase.h"
 #include "virtualSlot.h"
 
 #include <QPointer>
 #include <QSignalSpy>
-#include <QTest>
 #include <cstddef>
 #include <limits>
 #include <type_traits>
@@ -78,7 +78,7 @@ private:
 } // namespace
 
 /// What counts the items of a waterfall and what colours them.
-class tst_waterfallModel : public QObject
+class tst_waterfallModel : public testCase_t
 {
     Q_OBJECT
 
@@ -287,6 +287,6 @@ void tst_waterfallModel::announcesChangesOfARenderer()
     QVERIFY(changes.takeFirst().isEmpty());
 }
 
-QTEST_MAIN(tst_waterfallModel)
+ZORBIN_TEST_MAIN(tst_waterfallModel, QApplication)
 
 #include "tst_waterfallModel.moc"

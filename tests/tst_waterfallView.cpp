@@ -3,6 +3,7 @@
 #include "pictures.h"
 #include "plainWaterfall.h"
 #include "randomNumbers.h"
+#include "testCase.h"
 #include "virtualSlot.h"
 #include "waterfallView.h"
 
@@ -11,7 +12,6 @@
 #include <QPainter>
 #include <QPointer>
 #include <QSignalSpy>
-#include <QTest>
 #include <cmath>
 #include <cstdio>
 #include <functional>
@@ -108,7 +108,7 @@ struct waterfall_t
     bool show()
     {
         view.show();
-        if (!QTest::qWaitForWindowExposed(&view))
+        if (!QTest::qWaitForWindowExposed(&view, patienceMs()))
             return false;
         paints = std::make_unique<paintLog_t>(&view);
         shown(view);
@@ -188,12 +188,14 @@ struct lastOfQWidget_t : public QWidget
 } // namespace
 
 /// The view that stacks the items of a waterfall as lines and scrolls as they arrive.
-class tst_waterfallView : public QObject
+class tst_waterfallView : public testCase_t
 {
     Q_OBJECT
 
+protected:
+    void setUp() override;
+
 private Q_SLOTS:
-    void init();
 
     // Alone.
     void startsVerticalFromZeroToOneWithoutItems();
@@ -286,7 +288,7 @@ private Q_SLOTS:
     void staysExactOnDenseDisplays();
 };
 
-void tst_waterfallView::init()
+void tst_waterfallView::setUp()
 {
     QCursor::setPos(1900, 1190); // away from all windows
 }
@@ -1034,7 +1036,7 @@ void tst_waterfallView::survivesNoSize()
     view->_model(&model);
     view->_renderer(&renderer);
     window.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&window));
+    QVERIFY(QTest::qWaitForWindowExposed(&window, patienceMs()));
     renderer.takeCalls(); // of the size that Qt gives a child at first
     for (const QSize size : {QSize(0, 0), QSize(30, 0), QSize(0, 30), QSize(0, 0)}) {
         for (const Qt::Orientation orientation : {Qt::Vertical, Qt::Horizontal}) {
@@ -1325,7 +1327,7 @@ void tst_waterfallView::showsAndSaysWhatThePlainOneDoes()
     plain.setRenderer(&plainRenderer);
     plain.show();
     QVERIFY(waterfall.show());
-    QVERIFY(QTest::qWaitForWindowExposed(&plain));
+    QVERIFY(QTest::qWaitForWindowExposed(&plain, patienceMs()));
     shown(plain);
     plain.takeSignals();
     plainRenderer.takeCalls();

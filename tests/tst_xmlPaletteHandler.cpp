@@ -3,13 +3,13 @@
 #include "palette.h"
 #include "plainPalette.h"
 #include "randomNumbers.h"
+#include "testCase.h"
 #include "xmlPaletteHandler.h"
 
 #include <QDir>
 #include <QDomDocument>
 #include <QFile>
 #include <QTemporaryDir>
-#include <QtTest>
 #include <algorithm>
 #include <csignal>
 #include <fcntl.h>
@@ -173,12 +173,14 @@ static QByteArray hostile(const QString& what)
 }
 
 /// The reader and the writer of palettes in the XML format.
-class tst_xmlPaletteHandler : public QObject
+class tst_xmlPaletteHandler : public testCase_t
 {
     Q_OBJECT
 
+protected:
+    void setUp() override;
+
 private Q_SLOTS:
-    void init();
     void readsEverything();
     void readsTables_data();
     void readsTables();
@@ -260,7 +262,7 @@ private:
     std::unique_ptr<QTemporaryDir> m_directory;
 };
 
-void tst_xmlPaletteHandler::init()
+void tst_xmlPaletteHandler::setUp()
 {
     m_directory = std::make_unique<QTemporaryDir>();
     QVERIFY(m_directory->isValid());

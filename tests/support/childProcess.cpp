@@ -4,7 +4,6 @@
 
 #include <QApplication>
 #include <QProcess>
-#include <QTest>
 #include <cstdio>
 #ifdef ZORBIN_COUNTS_COVERAGE
 #include <cstdlib>
@@ -30,6 +29,8 @@ static void writeCoverage()
 
 static void printMessage(QtMsgType type, const QMessageLogContext&, const QString& text)
 {
+    if (isOfTheSurroundings(text))
+        return;
     std::printf("%s: %s\n", qPrintable(messageKind(type)), qPrintable(text));
     std::fflush(stdout);
     if (type == QtFatalMsg)
@@ -50,7 +51,7 @@ childOutcome_t runChild(const QString& scenario, const QStringList& environment)
     child.setProcessEnvironment(variables);
     child.setProcessChannelMode(QProcess::ForwardedErrorChannel);
     child.start(QCoreApplication::applicationFilePath(), {childArgument, scenario});
-    if (!child.waitForFinished(60000))
+    if (!child.waitForFinished(60000 * patience()))
         qFatal("scenario %s did not finish: %s", qPrintable(scenario),
                qPrintable(child.errorString()));
     const QString output = QString::fromLocal8Bit(child.readAllStandardOutput());
@@ -58,7 +59,7 @@ childOutcome_t runChild(const QString& scenario, const QStringList& environment)
             output.split(QLatin1Char('\n'), Qt::SkipEmptyParts)};
 }
 
-int runTestsOrScenario(int argc, char** argv, QObject& tests, const childScenarios_t& scenarios,
+int runTestsOrScenario(int argc, char** argv, testCase_t& tests, const childScenarios_t& scenarios,
                        const bareChildScenarios_t& bareScenarios)
 {
     const bool isChild = argc == 3 && qstrcmp(argv[1], childArgument) == 0;
@@ -67,11 +68,17 @@ int runTestsOrScenario(int argc, char** argv, QObject& tests, const childScenari
         qInstallMessageHandler(printMessage);
     if (const auto scenario = bareScenarios.value(name))
         return scenario(argc, argv);
-    QApplication application(argc, argv);
-    if (!isChild)
-        return QTest::qExec(&tests, argc, argv);
-    const auto scenario = scenarios.value(name);
-    if (!scenario)
-        qFatal("there is no scenario %s", qPrintable(name));
-    return scenario();
+    int failures = 0;
+    {
+        QCoreApplication::setAttribute(Qt::AA_Use96Dpi); // as QTEST_MAIN() does
+        const QApplication application(argc, argv);
+        if (isChild) {
+            const auto scenario = scenarios.value(name);
+            if (!scenario)
+                qFatal("there is no scenario %s", qPrintable(name));
+            return scenario();
+        }
+        failures = runTests(tests, argc, argv);
+    }
+    return failures + messagesOutsideFunctions();
 }

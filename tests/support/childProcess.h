@@ -1,6 +1,7 @@
 #pragma once
+#include "testCase.h"
+
 #include <QMap>
-#include <QObject>
 #include <QString>
 #include <QStringList>
 #include <functional>
@@ -24,5 +25,5 @@ childOutcome_t runChild(const QString& scenario, const QStringList& environment 
 using bareChildScenarios_t = QMap<QString, std::function<int(int& argc, char** argv)>>;
 
 /// The main function of a test program with such scenarios.
-int runTestsOrScenario(int argc, char** argv, QObject& tests, const childScenarios_t& scenarios,
+int runTestsOrScenario(int argc, char** argv, testCase_t& tests, const childScenarios_t& scenarios,
                        const bareChildScenarios_t& bareScenarios = {});

@@ -58,3 +58,17 @@ QString messageKind(QtMsgType type)
     }
     Q_UNREACHABLE();
 }
+
+bool isOfTheSurroundings(const QString& text)
+{
+    // Without a window manager Qt may give the focus to a window before the X server shows it.
+    if (text.startsWith(QLatin1String("QXcbConnection: XCB error: 8 (BadMatch)")))
+        return text.contains(QLatin1String("(SetInputFocus)"));
+    // In runs that are to do without OpenGL, for each widget that asks for it.
+    if (text == QLatin1String("QXcbIntegration: Cannot create platform OpenGL context, neither GLX "
+                              "nor EGL are enabled"))
+        return qgetenv("QT_XCB_GL_INTEGRATION") == "none";
+    // The offscreen platform has neither.
+    return text == QLatin1String("This plugin does not support setParent!") ||
+           text == QLatin1String("This plugin does not support propagateSizeHints()");
+}

@@ -28,3 +28,7 @@ private:
 
 /// The name of a message's kind, as in messageRecorder_t::kinds().
 QString messageKind(QtMsgType type);
+
+/// Whether a test's surroundings make Qt say this, whatever the test does: an X server without a
+/// window manager, a platform without OpenGL, the offscreen platform.
+bool isOfTheSurroundings(const QString& text);

@@ -1,10 +1,13 @@
 #include "pictures.h"
 
+#include "testCase.h"
+
 #include <QCoreApplication>
 #include <QDir>
+#include <QGuiApplication>
 #include <QPainter>
 #include <QScreen>
-#include <QTest>
+#include <QTimer>
 #include <QWidget>
 #include <QWindow>
 
@@ -13,10 +16,59 @@ QImage snapshot(QWidget& widget)
     return widget.grab().toImage().convertToFormat(QImage::Format_RGB32);
 }
 
+namespace {
+
+// A window that is never shown. The server answers all that it is asked in order, so once this one
+// has got its new size all windows have got what they were to be told.
+class mark_t : public QWindow
+{
+public:
+    mark_t()
+    {
+        resize(1, 1);
+        create();
+    }
+
+    // Delivers events until then.
+    void pass()
+    {
+        const QSize size(geometry().width() == 1 ? 2 : 1, 1);
+        resize(size);
+        m_isPassed = false;
+        QTimer limit;
+        limit.setSingleShot(true);
+        limit.start(patienceMs());
+        while (!m_isPassed && limit.isActive())
+            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+        QVERIFY2(m_isPassed, "the window system doesn't answer");
+    }
+
+protected:
+    void resizeEvent(QResizeEvent* /*event*/) override { m_isPassed = true; }
+
+private:
+    bool m_isPassed = false;
+};
+
+} // namespace
+
+void settle()
+{
+    // Only a window system in another process takes its time.
+    const bool isDistant = QGuiApplication::platformName() == QLatin1String("xcb");
+    mark_t mark;
+    // What a window is told first may make Qt ask for more.
+    for (int round = 0; round < 2; ++round) {
+        QCoreApplication::sendPostedEvents();
+        if (isDistant)
+            mark.pass();
+        QCoreApplication::processEvents();
+    }
+}
+
 QImage shown(QWidget& window)
 {
-    QCoreApplication::sendPostedEvents();
-    QCoreApplication::processEvents();
+    settle();
     const QPixmap pixels = window.windowHandle()->screen()->grabWindow(window.winId());
     return pixels.toImage().convertToFormat(QImage::Format_RGB32);
 }
