@@ -1,3 +1,4 @@
+# shellcheck shell=bash
 # A bare Debian in a directory, for scripts that source this. It is made as root or through sudo and
 # removed at the end, unless $keep says otherwise. Sets $work, a temporary directory, $root, that of
 # the system, and the array as_root, what a command that needs root is to be prefixed with.
