@@ -7,6 +7,7 @@
 #include "scalableTextWidget.h"
 #include "statusLamps.h"
 #include "testCase.h"
+#include "testWindow.h"
 #include "theme.h"
 #include "trackPanel.h"
 
@@ -82,8 +83,7 @@ void tst_consoleInstruments::depthKeepsItsSize()
     recording.add(CHANNEL_DEPTH, "SDDPT", {START + 1.0, 4000.0});
     depthPanel_t panel(recording);
     panel.resize(160, 150);
-    panel.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&panel, patienceMs()));
+    QVERIFY(appears(&panel));
     const auto* readOut = panel.findChild<zorbin_qt_gui::scalableTextWidget_t*>("depthReadOut");
     panel.showTime(START + 1.0);
     const int size = readOut->font().pointSize();
@@ -180,11 +180,10 @@ void tst_consoleInstruments::drawsTheTrack()
 {
     trackPanel_t panel(testRecording());
     panel.resize(160, 170);
-    panel.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&panel, patienceMs()));
+    QVERIFY(appears(&panel));
     panel.showTime(START);
     QCOMPARE(panel.sailed(), std::size_t(1));
-    QTRY_VERIFY(middleOf(theme::frame(), pictureOf(&panel)).x() > 0.0); // yet to be sailed
+    QVERIFY(middleOf(theme::frame(), pictureOf(&panel)).x() > 0.0); // yet to be sailed
     QCOMPARE(middleOf(theme::firstCurve(), pictureOf(&panel)), QPointF(-1.0, -1.0));
     panel.showTime(START + 100.0);
     QVERIFY(middleOf(theme::firstCurve(), pictureOf(&panel)).x() > 0.0);
@@ -200,10 +199,8 @@ void tst_consoleInstruments::drawsNorthUp()
 {
     trackPanel_t panel(testRecording());
     panel.resize(160, 170);
-    panel.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&panel, patienceMs()));
+    QVERIFY(appears(&panel));
     panel.showTime(START + 10.0);
-    QCoreApplication::processEvents();
     const QPointF south = middleOf(theme::secondCurve(), pictureOf(&panel));
     panel.showTime(START + 90.0);
     const QPointF north = middleOf(theme::secondCurve(), pictureOf(&panel));
@@ -219,10 +216,9 @@ void tst_consoleInstruments::tracksTheVesselWhileHidden()
 {
     trackPanel_t panel(testRecording());
     panel.resize(160, 170);
-    panel.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&panel, patienceMs()));
+    QVERIFY(appears(&panel));
     panel.showTime(START + 100.0);
-    QTRY_VERIFY(middleOf(theme::firstCurve(), pictureOf(&panel)).x() > 0.0);
+    QVERIFY(middleOf(theme::firstCurve(), pictureOf(&panel)).x() > 0.0);
     const QImage end = pictureOf(&panel);
     panel.showTime(START + 50.0);
     panel.hide();
@@ -251,10 +247,8 @@ void tst_consoleInstruments::survivesAnOddTrack()
             "GPGGA", {START + i, QGeoCoordinate(0.0, std::remainder(longitude + i * 1e-4, 360.0))});
     trackPanel_t panel(recording);
     panel.resize(160, 170);
-    panel.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&panel, patienceMs()));
+    QVERIFY(appears(&panel));
     panel.showTime(START + 100.0);
-    QCoreApplication::processEvents();
     QCOMPARE(panel.sailed(), std::size_t(count));
     if (count > 1) // 100 m in all the width, not the way around the earth
         QVERIFY(middleOf(theme::secondCurve(), pictureOf(&panel)).x() > 120.0);

@@ -1,11 +1,11 @@
 #include "chartPanel.h"
-#include "mainWindow.h"
 #include "notices.h"
 #include "pingView.h"
 #include "recordingsPanel.h"
 #include "sonarPanel.h"
 #include "stripChart.h"
 #include "testCase.h"
+#include "testConsole.h"
 
 #include <QAbstractButton>
 #include <QAbstractItemView>
@@ -21,81 +21,30 @@
 #include <QPushButton>
 #include <QTimer>
 #include <QToolButton>
-#include <cmath>
 
 using namespace survey_console;
 
 namespace {
 
-const double SWATH = 30.0;  // m
-const double DEPTHS = 40.0; // m
-
-// Ten minutes: depth, heading and position once a second.
-readResult_t testLine()
+readResult_t lineWithRates()
 {
-    readResult_t line;
-    for (int second = 0; second <= 600; ++second) {
-        line.recording.add(CHANNEL_DEPTH, "SDDPT", {double(second), 50.0 + second * 0.01});
-        line.recording.add(CHANNEL_GYRO_HEADING, "HEHDT", {double(second), 90.0});
-        line.recording.addFix("INGGA", {double(second), QGeoCoordinate(0.0, 0.0001 * second)});
-    }
-    line.recording.deriveRates();
+    readResult_t line = testLine();
+    line.recording.deriveRates(); // so that there are more charts
     return line;
 }
 
-sonarRecord_t testSonar()
+// The console as an operator has it before the replay starts.
+struct operatorsConsole_t : wholeConsole_t
 {
-    sonarRecord_t record;
-    record.extent = {-SWATH, SWATH, 2};
-    for (int second = 0; second < 60; ++second)
-        record.pings.push_back({double(second), {-10.0F, -20.0F}});
-    return record;
-}
-
-std::vector<echogram_t> testEchograms()
-{
-    sonarRecord_t record;
-    record.extent = {0.0, DEPTHS, 2};
-    record.fullLevel = 255.0F;
-    for (int second = 0; second < 60; ++second)
-        record.pings.push_back({double(second), {10.0F, 20.0F}, 5.0});
-    return {{"high", record}, {"low", record}};
-}
-
-// The console with all its pages, its time standing still.
-struct console_t
-{
-    mainWindow_t window{"test line", testLine(), [] { return 0.0; }};
-
-    console_t()
+    operatorsConsole_t() : wholeConsole_t(lineWithRates())
     {
-        window.addSonar("test sonar", testSonar());
-        window.addEchograms(testEchograms());
-        window.addSurvey();
-        window.recordings()->addFiles({EXAMPLE_DATA "/plaka-sailing/plaka-10min.log"});
+        window.recordings()->addFiles({boatLog});
         window.restore(consoleState_t());
-        window.show();
-        window.activateWindow();
-    }
-    bool isReady()
-    {
-        const bool active = QTest::qWaitForWindowActive(&window, patienceMs());
-        QCoreApplication::processEvents();
-        return active;
-    }
-    template <typename widget_t>
-    widget_t* find(const char* name)
-    {
-        return window.findChild<widget_t*>(name);
     }
     void press(Qt::Key key)
     {
-        QWidget* focus = window.focusWidget();
-        QTest::keyClick(focus ? focus : &window, key);
-    }
-    zorbin_qt_gui::stripChart_t* chart(std::size_t index)
-    {
-        return window.chartPanels().at(index)->chart();
+        QWidget* const focus = window.focusWidget();
+        QTest::keyClick(focus != nullptr ? focus : &window, key);
     }
 };
 
@@ -157,10 +106,10 @@ private Q_SLOTS:
 
 void tst_consoleKeys::everyControlHasAToolTip()
 {
-    console_t console;
-    QVERIFY(console.isReady());
+    operatorsConsole_t console;
+    QVERIFY(console.show());
     console.window.notices()->show(QStringLiteral("test"));
-    console.window.openRecording(EXAMPLE_DATA "/plaka-sailing/plaka-10min.log");
+    console.window.openRecording(boatLog);
     QTRY_VERIFY(console.find<QPushButton>("replayButton"));
     int controls = 0;
     for (const QWidget* widget : console.window.findChildren<QWidget*>()) {
@@ -174,7 +123,7 @@ void tst_consoleKeys::everyControlHasAToolTip()
 
 void tst_consoleKeys::listsWhatTheKeysDo()
 {
-    console_t console;
+    operatorsConsole_t console;
     const QStringList list = console.window.shortcuts();
     for (const char* line :
          {"Space\tPause or resume", "Left\tBack by 10 s", "End\tTo the end", "F10\tMenu",
@@ -190,8 +139,8 @@ void tst_consoleKeys::listsWhatTheKeysDo()
 
 void tst_consoleKeys::listIsShownByItsKey()
 {
-    console_t console;
-    QVERIFY(console.isReady());
+    operatorsConsole_t console;
+    QVERIFY(console.show());
     QTest::keyClick(&console.window, Qt::Key_H, Qt::ControlModifier);
     auto* box = console.find<QMessageBox>("shortcutsBox");
     QVERIFY(box && box->isVisible());
@@ -205,8 +154,8 @@ void tst_consoleKeys::listIsShownByItsKey()
 
 void tst_consoleKeys::menuOpensByItsKey()
 {
-    console_t console;
-    QVERIFY(console.isReady());
+    operatorsConsole_t console;
+    QVERIFY(console.show());
     QMenu* menu = console.find<QToolButton>("menuButton")->menu();
     bool wasVisible = false;
     QTimer::singleShot(0, [&] { // the menu waits to be closed
@@ -220,8 +169,8 @@ void tst_consoleKeys::menuOpensByItsKey()
 
 void tst_consoleKeys::turnsPagesByKeys()
 {
-    console_t console;
-    QVERIFY(console.isReady());
+    operatorsConsole_t console;
+    QVERIFY(console.show());
     console.press(Qt::Key_F4);
     QCOMPARE(console.window.page(), PAGE_SURVEY);
     console.press(Qt::Key_F3);
@@ -234,8 +183,8 @@ void tst_consoleKeys::turnsPagesByKeys()
 
 void tst_consoleKeys::changesTheSpeedByKeys()
 {
-    console_t console;
-    QVERIFY(console.isReady());
+    operatorsConsole_t console;
+    QVERIFY(console.show());
     console.press(Qt::Key_Minus);
     QCOMPARE(console.window.clock()->speed(), 1.0); // the slowest
     console.press(Qt::Key_Plus);
@@ -250,33 +199,33 @@ void tst_consoleKeys::changesTheSpeedByKeys()
 
 void tst_consoleKeys::followsTheDataByItsKey()
 {
-    console_t console;
-    QVERIFY(console.isReady());
-    console.chart(0)->valueBounds(-1000.0, 0.0);
-    console.chart(1)->valueBounds(0.0, 360.0);
+    operatorsConsole_t console;
+    QVERIFY(console.show());
+    console.chart(PANEL_DEPTH)->valueBounds(-1000.0, 0.0);
+    console.chart(PANEL_HEADING)->valueBounds(0.0, 360.0);
     console.press(Qt::Key_A);
-    QVERIFY(console.chart(0)->autoscaleValue());
-    QVERIFY(console.chart(1)->autoscaleValue());
+    QVERIFY(console.chart(PANEL_DEPTH)->autoscaleValue());
+    QVERIFY(console.chart(PANEL_HEADING)->autoscaleValue());
 }
 
 void tst_consoleKeys::showsTheWholeSwathByItsKey()
 {
-    console_t console;
-    QVERIFY(console.isReady());
-    console.chart(0)->valueBounds(-1000.0, 0.0);
+    operatorsConsole_t console;
+    QVERIFY(console.show());
+    console.chart(PANEL_DEPTH)->valueBounds(-1000.0, 0.0);
     console.press(Qt::Key_F2);
     auto* view = console.window.sonarPanel()->view();
     view->bounds(-1.0, 1.0);
     console.press(Qt::Key_A);
-    QCOMPARE(view->begBound(), -SWATH);
-    QCOMPARE(view->endBound(), SWATH);
-    QVERIFY(!console.chart(0)->autoscaleValue()); // on a page that doesn't show
+    QCOMPARE(view->begBound(), -testSwath);
+    QCOMPARE(view->endBound(), testSwath);
+    QVERIFY(!console.chart(PANEL_DEPTH)->autoscaleValue()); // on a page that doesn't show
 }
 
 void tst_consoleKeys::showsTheWholeDepthByItsKey()
 {
-    console_t console;
-    QVERIFY(console.isReady());
+    operatorsConsole_t console;
+    QVERIFY(console.show());
     auto* sonar = console.window.sonarPanel()->view();
     sonar->bounds(-1.0, 1.0);
     console.press(Qt::Key_F3);
@@ -284,14 +233,14 @@ void tst_consoleKeys::showsTheWholeDepthByItsKey()
     view->bounds(1.0, 2.0);
     console.press(Qt::Key_A);
     QCOMPARE(view->begBound(), 0.0);
-    QCOMPARE(view->endBound(), DEPTHS);
+    QCOMPARE(view->endBound(), testDepths);
     QCOMPARE(sonar->endBound(), 1.0); // on a page that doesn't show
 }
 
 void tst_consoleKeys::setsTheEchogramByKeys()
 {
-    console_t console;
-    QVERIFY(console.isReady());
+    operatorsConsole_t console;
+    QVERIFY(console.show());
     console.press(Qt::Key_F3);
     auto* depth = console.find<QCheckBox>("depthBox");
     depth->setFocus();
@@ -303,15 +252,15 @@ void tst_consoleKeys::setsTheEchogramByKeys()
     QTRY_VERIFY(beam->view()->isVisible());
     QTest::keyClick(beam->view(), Qt::Key_Down);
     QTest::keyClick(beam->view(), Qt::Key_Return);
-    QTRY_COMPARE(console.window.echogramPanel()->beamChoice(), QStringLiteral("low"));
+    QTRY_COMPARE(console.window.echogramPanel()->beamChoice(), QStringLiteral("83 kHz"));
 }
 
 void tst_consoleKeys::answersCancelByEscape()
 {
-    console_t console;
-    QVERIFY(console.isReady());
+    operatorsConsole_t console;
+    QVERIFY(console.show());
     console.window.notices()->show(QStringLiteral("stays"));
-    console.window.openRecording(EXAMPLE_DATA "/plaka-sailing/plaka-10min.log");
+    console.window.openRecording(boatLog);
     QTRY_VERIFY(console.find<QWidget>("openPrompt"));
     console.press(Qt::Key_Escape);
     QTRY_VERIFY(!console.find<QWidget>("openPrompt"));
@@ -320,8 +269,8 @@ void tst_consoleKeys::answersCancelByEscape()
 
 void tst_consoleKeys::dismissesTheNewestNoticeByEscape()
 {
-    console_t console;
-    QVERIFY(console.isReady());
+    operatorsConsole_t console;
+    QVERIFY(console.show());
     console.window.notices()->show(QStringLiteral("first"));
     console.window.notices()->show(QStringLiteral("second"));
     console.press(Qt::Key_Escape);
@@ -333,8 +282,8 @@ void tst_consoleKeys::dismissesTheNewestNoticeByEscape()
 
 void tst_consoleKeys::typesWhatIsAKeyElsewhere()
 {
-    console_t console;
-    QVERIFY(console.isReady());
+    operatorsConsole_t console;
+    QVERIFY(console.show());
     console.press(Qt::Key_F2);
     auto* line = console.find<QLineEdit>("line");
     line->setFocus();
@@ -346,15 +295,14 @@ void tst_consoleKeys::typesWhatIsAKeyElsewhere()
 
 void tst_consoleKeys::enterPressesTheButtonInFocus()
 {
-    console_t console;
-    QVERIFY(console.isReady());
-    auto* autoscale = console.window.chartPanels().front()->findChild<QToolButton*>(
-        QStringLiteral("autoscaleButton"));
+    operatorsConsole_t console;
+    QVERIFY(console.show());
+    QToolButton* const autoscale = console.autoscaleButton(PANEL_DEPTH);
     autoscale->setFocus();
     console.press(Qt::Key_Return);
-    QVERIFY(!console.chart(0)->autoscaleValue());
+    QVERIFY(!console.chart(PANEL_DEPTH)->autoscaleValue());
     console.press(Qt::Key_Enter);
-    QVERIFY(console.chart(0)->autoscaleValue());
+    QVERIFY(console.chart(PANEL_DEPTH)->autoscaleValue());
     console.press(Qt::Key_F2);
     auto* transmit = console.find<QCheckBox>("transmit");
     transmit->setFocus();
@@ -367,8 +315,8 @@ void tst_consoleKeys::enterPressesTheButtonInFocus()
 
 void tst_consoleKeys::enterOpensTheListInFocus()
 {
-    console_t console;
-    QVERIFY(console.isReady());
+    operatorsConsole_t console;
+    QVERIFY(console.show());
     auto* box = console.find<QComboBox>("speedBox");
     box->setFocus();
     console.press(Qt::Key_Return);
@@ -391,8 +339,8 @@ void tst_consoleKeys::tabGoesFromTheTopToTheBottom_data()
 void tst_consoleKeys::tabGoesFromTheTopToTheBottom()
 {
     QFETCH(int, page);
-    console_t console;
-    QVERIFY(console.isReady());
+    operatorsConsole_t console;
+    QVERIFY(console.show());
     console.window.showPage(static_cast<page_t>(page));
     console.find<QToolButton>("menuButton")->setFocus();
     QStringList regions;
@@ -419,8 +367,8 @@ void tst_consoleKeys::tabReachesEveryButton_data()
 void tst_consoleKeys::tabReachesEveryButton()
 {
     QFETCH(int, page);
-    console_t console;
-    QVERIFY(console.isReady());
+    operatorsConsole_t console;
+    QVERIFY(console.show());
     console.window.showPage(static_cast<page_t>(page));
     console.find<QToolButton>("menuButton")->setFocus();
     QList<QWidget*> reached;

@@ -1,3 +1,4 @@
+#include "gestures.h"
 #include "slidingGauge.h"
 #include "speedPanel.h"
 #include "testCase.h"
@@ -7,7 +8,6 @@
 #include <QDoubleSpinBox>
 #include <QLabel>
 #include <QSignalSpy>
-#include <QWheelEvent>
 #include <cmath>
 #include <limits>
 
@@ -231,9 +231,7 @@ void tst_consoleRulers::wheelOverThePlannedSpeedChangesNothing()
 {
     speedPanel_t panel(lineWith(CHANNEL_SPEED));
     auto* box = panel.findChild<QDoubleSpinBox*>("plannedSpeedBox");
-    QWheelEvent turn(QPointF(5.0, 5.0), QPointF(5.0, 5.0), QPoint(), QPoint(0, 120), Qt::NoButton,
-                     Qt::NoModifier, Qt::NoScrollPhase, false);
-    QCoreApplication::sendEvent(box, &turn);
+    turnWheel(box, QPoint(5, 5), true);
     QCOMPARE(box->value(), 9.0);
 }
 

@@ -1,15 +1,17 @@
 #include "consoleState.h"
 #include "curvePalette.h"
 #include "latLonEditor.h"
-#include "mainWindow.h"
 #include "paletteChooser.h"
 #include "perception.h"
+#include "pictures.h"
 #include "randomNumbers.h"
 #include "testCase.h"
+#include "testConsole.h"
+#include "testFiles.h"
+#include "theme.h"
 
 #include <QCheckBox>
 #include <QComboBox>
-#include <QDir>
 #include <QDoubleSpinBox>
 #include <QFile>
 #include <QFileInfo>
@@ -33,63 +35,13 @@ const char* const KEYS[] = {
     "survey/notation", "window/theme",     "depth/alarm",         "speed/planned",
     "replay/speed"};
 
-// A palette file of two colours.
-const char TWO_COLORS[] = "<palette><colorTable depth=\"24\"><color r=\"255\" g=\"0\" b=\"0\"/>"
-                          "<color r=\"0\" g=\"255\" b=\"0\"/></colorTable><keyedColorTable/>"
-                          "</palette>";
-
-bool writeFile(const QString& path, const QByteArray& content)
+// The console with all its pages, as the user sets it.
+struct usersConsole_t : wholeConsole_t
 {
-    QFile file(path);
-    return file.open(QIODevice::WriteOnly) && file.write(content) == content.size();
-}
-
-// A minute of soundings and positions, a second apart.
-readResult_t testLine()
-{
-    readResult_t line;
-    for (int second = 0; second <= 60; ++second) {
-        line.recording.add(CHANNEL_DEPTH, "SDDPT", {double(second), 10.0 + second});
-        line.recording.addFix("INGGA", {double(second), QGeoCoordinate(0.0, 0.001 * second)});
-    }
-    return line;
-}
-
-sonarRecord_t testSonar()
-{
-    sonarRecord_t record;
-    record.extent = {-30.0, 30.0, 2};
-    record.pings.push_back({0.0, {-10.0F, -20.0F}});
-    return record;
-}
-
-std::vector<echogram_t> testEchograms()
-{
-    sonarRecord_t record;
-    record.extent = {0.0, 10.0, 2};
-    record.fullLevel = 255.0F;
-    record.pings.push_back({0.0, {10.0F, 20.0F}, 5.0});
-    std::vector<echogram_t> echograms = {{"high", record}, {"low", record}};
-    echograms[0].record.frequency = 200000.0;
-    echograms[1].record.frequency = 83000.0;
-    return echograms;
-}
-
-// The console with all its pages.
-struct console_t
-{
-    mainWindow_t window{"test line", testLine(), [] { return 0.0; }};
-
-    console_t()
-    {
-        window.addSonar("test sonar", testSonar());
-        window.addEchograms(testEchograms());
-        window.addSurvey();
-    }
-    QComboBox* box(const char* name) { return window.findChild<QComboBox*>(name); }
+    QComboBox* box(const char* name) { return find<QComboBox>(name); }
     QComboBox* formatBox()
     {
-        return window.findChild<coordFormatSelector_t*>("formatSelector")->findChild<QComboBox*>();
+        return find<coordFormatSelector_t>("formatSelector")->findChild<QComboBox*>();
     }
     // Chooses a row as a user does.
     void choose(QComboBox* box, const QString& text)
@@ -140,6 +92,7 @@ class tst_consoleState : public testCase_t
 {
     Q_OBJECT
 private:
+    const testPalettes_t m_palettes;
     QTemporaryDir m_directory;
     QString m_file;
 
@@ -174,12 +127,7 @@ void tst_consoleState::initTestCase()
 {
     QVERIFY(m_directory.isValid());
     m_file = m_directory.filePath("settings.ini");
-    QVERIFY(QDir(m_directory.path()).mkdir("palette"));
-    for (const char* name :
-         {"bathy", "imagery", "intensity", "sidescan", "subbottom", "watercolumn"})
-        QVERIFY(
-            writeFile(m_directory.filePath(QStringLiteral("palette/%1.wp").arg(name)), TWO_COLORS));
-    qputenv("ZORBIN_QT_RESOURCE_DIR", QFile::encodeName(m_directory.path()));
+    m_palettes.use();
 }
 
 void tst_consoleState::setUp()
@@ -277,7 +225,7 @@ void tst_consoleState::readsFilesThatAreNoSettings()
 
 void tst_consoleState::windowKeepsWhatTheUserChose()
 {
-    console_t console;
+    usersConsole_t console;
     console.window.restore(consoleState_t());
     compare(console.window.state(), consoleState_t());
     console.window.showPage(PAGE_SURVEY);
@@ -285,12 +233,12 @@ void tst_consoleState::windowKeepsWhatTheUserChose()
     console.choose(console.box("sonarPaletteBox"), QStringLiteral("Imagery"));
     console.choose(console.box("echogramPaletteBox"), QStringLiteral("Intensity"));
     console.choose(console.box("beamBox"), QStringLiteral("83 kHz"));
-    console.window.findChild<QCheckBox*>("depthBox")->setChecked(false);
+    console.find<QCheckBox>("depthBox")->setChecked(false);
     console.formatBox()->setCurrentIndex(latLonEditor_t::CF_DMS);
     console.window.clock()->setSpeed(7.5);
     console.choose(console.box("spanBox"), QStringLiteral("2 min"));
-    console.window.findChild<QDoubleSpinBox*>("alarmBox")->setValue(12.5);
-    console.window.findChild<QDoubleSpinBox*>("plannedSpeedBox")->setValue(4.5);
+    console.find<QDoubleSpinBox>("alarmBox")->setValue(12.5);
+    console.find<QDoubleSpinBox>("plannedSpeedBox")->setValue(4.5);
     compare(console.window.state(), otherState());
     console.choose(console.box("paletteBox"), QStringLiteral("One colour"));
     QCOMPARE(console.window.state().depthPalette, QStringLiteral("plain"));
@@ -298,7 +246,7 @@ void tst_consoleState::windowKeepsWhatTheUserChose()
 
 void tst_consoleState::windowRestoresWhatWasKept()
 {
-    console_t console;
+    usersConsole_t console;
     console.window.restore(otherState());
     compare(console.window.state(), otherState());
     QCOMPARE(console.window.findChild<QStackedWidget*>()->currentIndex(), int(PAGE_SURVEY));
@@ -306,7 +254,7 @@ void tst_consoleState::windowRestoresWhatWasKept()
     QCOMPARE(console.box("sonarPaletteBox")->currentText(), QStringLiteral("Imagery"));
     QCOMPARE(console.box("echogramPaletteBox")->currentText(), QStringLiteral("Intensity"));
     QCOMPARE(console.box("beamBox")->currentText(), QStringLiteral("83 kHz"));
-    QVERIFY(!console.window.findChild<QCheckBox*>("depthBox")->isChecked());
+    QVERIFY(!console.find<QCheckBox>("depthBox")->isChecked());
     QCOMPARE(console.formatBox()->currentIndex(), int(latLonEditor_t::CF_DMS));
     QCOMPARE(console.box("speedBox")->currentText(), QStringLiteral("7.5\u00d7"));
     QCOMPARE(console.box("spanBox")->currentText(), QStringLiteral("2 min"));
@@ -316,14 +264,15 @@ void tst_consoleState::windowKeepsItsPlaceAndSize()
 {
     consoleState_t state;
     {
-        console_t console;
+        usersConsole_t console;
         console.window.setGeometry(30, 40, 1400, 900);
         state = console.window.state();
     }
-    console_t console;
+    usersConsole_t console;
     console.window.restore(state);
     QCOMPARE(console.window.geometry(), QRect(30, 40, 1400, 900));
-    console_t another;
+    usersConsole_t another;
+    another.window.resize(1000, 700);
     another.window.restore(consoleState_t());
     QCOMPARE(another.window.size(), QSize(1280, 800));
 }
@@ -336,26 +285,26 @@ void tst_consoleState::windowIgnoresWhatIsNotThere()
     state.echogramPalette = QStringLiteral("rainbow");
     state.echogramBeam = QStringLiteral("38 kHz");
     state.timeSpan = 61.0;
-    console_t console;
+    usersConsole_t console;
     console.window.restore(state);
     compare(console.window.state(), consoleState_t());
-    QVERIFY(console.window.chartPanels().front()->paletteChooser()->message().isEmpty());
+    QVERIFY(console.chooser()->message().isEmpty());
 }
 
 void tst_consoleState::windowKeepsOnWhatItHasNoPlaceFor()
 {
     readResult_t line;
     line.recording.add(CHANNEL_GYRO_HEADING, "HEHDT", {0.0, 0.0});
-    mainWindow_t window("no depth", line, [] { return 0.0; });
+    console_t console(line);
     consoleState_t state = otherState();
-    window.restore(state); // there is no page but the first
+    console.window.restore(state); // there is no page but the first
     state.page = PAGE_CHARTS;
-    compare(window.state(), state);
+    compare(console.window.state(), state);
 }
 
 void tst_consoleState::survivesAnyGeometry()
 {
-    console_t console;
+    usersConsole_t console;
     const QByteArray good = console.window.saveGeometry();
     const QRect screen = QGuiApplication::primaryScreen()->virtualGeometry();
     random_t random;
@@ -376,14 +325,14 @@ void tst_consoleState::survivesAnyGeometry()
 void tst_consoleState::keepsAPaletteFromAFile()
 {
     const QString path = m_directory.filePath("mine, of 2 colours.wp");
-    QVERIFY(writeFile(path, TWO_COLORS));
+    QVERIFY(writeFile(path, twoColors(redEntry, greenEntry)));
     consoleState_t state;
     state.depthPalette = path;
     {
         QSettings settings(m_file, QSettings::IniFormat);
         writeState(state, &settings);
     }
-    console_t console;
+    usersConsole_t console;
     console.window.restore(readState(QSettings(m_file, QSettings::IniFormat)));
     QCOMPARE(console.box("paletteBox")->currentText().right(3), QStringLiteral(".wp"));
     QCOMPARE(console.window.state().depthPalette, path);
@@ -393,9 +342,9 @@ void tst_consoleState::namesAPaletteFileThatHasGone()
 {
     consoleState_t state;
     state.depthPalette = QStringLiteral("/nowhere/gone.wp");
-    console_t console;
+    usersConsole_t console;
     console.window.restore(state);
-    const paletteChooser_t* chooser = console.window.chartPanels().front()->paletteChooser();
+    const paletteChooser_t* chooser = console.chooser();
     QCOMPARE(chooser->message(), QStringLiteral("Can't read palette gone.wp"));
     QCOMPARE(console.window.state().depthPalette, QStringLiteral("bathy"));
 }
@@ -404,7 +353,7 @@ void tst_consoleState::waitsForNoPipe()
 {
     consoleState_t state;
     state.depthPalette = QStringLiteral("/dev/zero");
-    console_t console;
+    usersConsole_t console;
     console.window.restore(state);
     QCOMPARE(console.window.state().depthPalette, QStringLiteral("bathy"));
 }
@@ -444,10 +393,8 @@ void tst_consoleState::curvesStandOutOnALightChart()
 
 void tst_consoleState::asksForTheOtherThemeByItsKey()
 {
-    console_t console;
-    console.window.show();
-    console.window.activateWindow();
-    QVERIFY(QTest::qWaitForWindowActive(&console.window, patienceMs()));
+    usersConsole_t console;
+    QVERIFY(console.show());
     theme::name_t asked = theme::THEME_DARK;
     connect(&console.window, &mainWindow_t::themeChosen, this,
             [&](theme::name_t name) { asked = name; });
@@ -459,17 +406,15 @@ void tst_consoleState::drawsInTheColoursOfTheTheme()
 {
     theme::choose(theme::THEME_LIGHT);
     {
-        console_t console;
+        usersConsole_t console;
         console.window.restore(consoleState_t());
         QCOMPARE(console.window.state().theme, theme::THEME_LIGHT);
-        const QImage picture = console.window.grab().toImage();
-        int charts = 0;
+        const QImage picture = snapshot(console.window);
+        const int charts = countOf(theme::chart(), picture);
         int dark = 0;
         for (int y = 0; y < picture.height(); ++y) {
-            for (int x = 0; x < picture.width(); ++x) {
-                charts += picture.pixelColor(x, y) == theme::chart() ? 1 : 0;
+            for (int x = 0; x < picture.width(); ++x)
                 dark += picture.pixelColor(x, y).lightness() < 64 ? 1 : 0;
-            }
         }
         const int all = picture.width() * picture.height();
         QVERIFY2(charts > all / 4, qPrintable(QString::number(charts)));

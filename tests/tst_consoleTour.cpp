@@ -1,11 +1,13 @@
 #include "alarmLabel.h"
 #include "chartPanel.h"
+#include "gestures.h"
 #include "indicator.h"
-#include "mainWindow.h"
+#include "pictures.h"
 #include "recordingsPanel.h"
 #include "sonarPanel.h"
 #include "stripChart.h"
 #include "testCase.h"
+#include "testConsole.h"
 #include "theme.h"
 #include "valueRuler.h"
 
@@ -22,18 +24,9 @@
 #include <QTimer>
 #include <QToolButton>
 #include <cmath>
+#include <memory>
 
 using namespace survey_console;
-
-namespace {
-
-const char SHIP[] = EXAMPLE_DATA "/nbp1406-underway/underway-10min.log";
-const char BOAT[] = EXAMPLE_DATA "/plaka-sailing/plaka-10min.log";
-const char SIDESCAN[] = EXAMPLE_DATA "/scotsman-sidescan/sidescan-600khz.pgm";
-
-const char ECHOES[] = EXAMPLE_DATA "/leesferry-echosounder/echosounder-%1khz.pgm";
-
-} // namespace
 
 // Goes through the whole console with the mouse and the keyboard, as an operator does on the first
 // day: each function goes on where the one before left it.
@@ -44,24 +37,17 @@ private:
     template <typename widget_t>
     widget_t* find(const char* name)
     {
-        return m_window->findChild<widget_t*>(QString::fromLatin1(name));
+        return m_console->find<widget_t>(name);
     }
     void click(QWidget* widget) { QTest::mouseClick(widget, Qt::LeftButton); }
-    chartPanel_t* depthPanel() { return m_window->chartPanels().front(); }
-    QImage pictureOf(QWidget* widget) { return widget->grab().toImage(); }
+    chartPanel_t* depthPanel() { return m_console->panel(PANEL_DEPTH); }
     int countOf(const QColor& color, QWidget* widget)
     {
-        const QImage picture = pictureOf(widget);
-        int count = 0;
-        for (int y = 0; y < picture.height(); ++y) {
-            for (int x = 0; x < picture.width(); ++x)
-                count += picture.pixelColor(x, y) == color ? 1 : 0;
-        }
-        return count;
+        return ::countOf(color, snapshot(*widget));
     }
 
-    double m_realTime = 0.0; // s
-    std::unique_ptr<mainWindow_t> m_window;
+    std::unique_ptr<console_t> m_console;
+    mainWindow_t* m_window = nullptr; // the console's
 
 private Q_SLOTS:
     void initTestCase();
@@ -84,50 +70,48 @@ void tst_consoleTour::initTestCase()
 {
     qputenv("ZORBIN_QT_RESOURCE_DIR", RESOURCES);
     theme::apply(qApp);
-    readResult_t line = readRecording(QString::fromLatin1(SHIP));
+    readResult_t line = readRecording(shipLog);
     QCOMPARE(line.error, QString());
-    sonarResult_t sonar = readSonarRecord(QString::fromLatin1(SIDESCAN));
+    sonarResult_t sonar = readSonarRecord(sidescanPicture);
     QCOMPARE(sonar.error, QString());
-    m_window = std::make_unique<mainWindow_t>("underway-10min.log", std::move(line),
-                                              [this] { return m_realTime; });
+    m_console = std::make_unique<console_t>(std::move(line), QStringLiteral("underway-10min.log"));
+    m_window = &m_console->window;
     m_window->addSonar("sidescan", std::move(sonar.record));
     std::vector<echogram_t> echograms;
     for (const int kilohertz : {200, 83}) {
-        sonarResult_t echoes = readEchogram(QString(ECHOES).arg(kilohertz));
+        sonarResult_t echoes = readEchogram(echogramPicture(kilohertz));
         QCOMPARE(echoes.error, QString());
         echograms.push_back({QStringLiteral("echoes"), std::move(echoes.record)});
     }
     m_window->addEchograms(std::move(echograms));
     m_window->addSurvey();
     m_window->restore(consoleState_t());
-    m_window->show();
-    m_window->activateWindow();
-    QVERIFY(QTest::qWaitForWindowActive(m_window.get(), patienceMs()));
+    QVERIFY(m_console->show());
 }
 
 void tst_consoleTour::startsTheReplay()
 {
     click(find<QPushButton>("pauseButton"));
     QCOMPARE(find<QPushButton>("pauseButton")->text(), QStringLiteral("Pause"));
-    m_realTime += 300.0;
+    m_console->realTime += 300.0;
     QTRY_COMPARE(m_window->clock()->time(), m_window->clock()->start() + 300.0);
-    QTest::keyClick(m_window.get(), Qt::Key_Space); // holds still what follows
+    QTest::keyClick(m_window, Qt::Key_Space); // holds still what follows
     QCOMPARE(find<QLabel>("stateLabel")->text(), QStringLiteral("PAUSED"));
     QCOMPARE(find<QLabel>("timeLabel")->text(), QStringLiteral("2014-08-01  00:05:00 UTC"));
     // The page shows once the first notice has slid in.
-    QTRY_VERIFY(countOf(theme::firstCurve(), m_window->chartPanels().at(2)->chart()) > 500);
+    QTRY_VERIFY(countOf(theme::firstCurve(), m_console->chart(PANEL_SPEED)) > 500);
 }
 
 void tst_consoleTour::changesThePalette()
 {
     auto* box = find<QComboBox>("paletteBox");
     QWidget* chart = depthPanel()->chart();
-    const QImage before = pictureOf(chart);
+    const QImage before = snapshot(*chart);
     QCOMPARE(countOf(theme::firstCurve(), chart), 0);
     box->setFocus();
     QTest::keyClick(box, Qt::Key_Up);
     QCOMPARE(box->currentText(), QStringLiteral("One colour"));
-    QVERIFY(pictureOf(chart) != before);
+    QVERIFY(snapshot(*chart) != before);
     QVERIFY(countOf(theme::firstCurve(), chart) > 50);
 }
 
@@ -141,10 +125,8 @@ void tst_consoleTour::dragsOnARuler()
     const int low = ruler->height() * 3 / 4;
     const int high = ruler->height() / 4;
     QTest::mousePress(ruler, Qt::LeftButton, Qt::KeyboardModifiers(), QPoint(x, low));
-    QTest::mouseMove(ruler, QPoint(x, ruler->height() / 2));
-    QMouseEvent move(QEvent::MouseMove, QPointF(x, high), ruler->mapToGlobal(QPoint(x, high)),
-                     Qt::LeftButton, Qt::LeftButton, Qt::NoModifier);
-    QApplication::sendEvent(ruler, &move);
+    dragTo(ruler, QPoint(x, ruler->height() / 2));
+    dragTo(ruler, QPoint(x, high));
     QTest::mouseRelease(ruler, Qt::LeftButton, Qt::KeyboardModifiers(), QPoint(x, high));
     QVERIFY(!autoscale->isChecked());
     const double span = end - start;
@@ -249,11 +231,11 @@ void tst_consoleTour::changesTheFrequency()
 {
     echogramPanel_t* panel = m_window->echogramPanel();
     auto* box = find<QComboBox>("beamBox");
-    const QImage before = pictureOf(panel);
+    const QImage before = snapshot(*panel);
     box->setFocus();
     QTest::keyClick(box, Qt::Key_Down);
     QCOMPARE(box->currentText(), QStringLiteral("83 kHz"));
-    QVERIFY(pictureOf(panel) != before);
+    QVERIFY(snapshot(*panel) != before);
 }
 
 void tst_consoleTour::addsRecordings()
@@ -267,7 +249,7 @@ void tst_consoleTour::addsRecordings()
     QTest::keyClick(QApplication::activeModalWidget(), Qt::Key_Escape);
     QTRY_VERIFY(!QApplication::activeModalWidget());
     QCOMPARE(list->count(), 0);
-    m_window->recordings()->addFiles({QString::fromLatin1(SHIP), QString::fromLatin1(BOAT)});
+    m_window->recordings()->addFiles({shipLog, boatLog});
     QCOMPARE(list->count(), 2);
     QCOMPARE(list->item(1)->text(), QStringLiteral("plaka-sailing/plaka-10min.log"));
 }
@@ -275,7 +257,7 @@ void tst_consoleTour::addsRecordings()
 void tst_consoleTour::answersThePrompt()
 {
     QString chosen;
-    connect(m_window.get(), &mainWindow_t::recordingChosen, this,
+    connect(m_window, &mainWindow_t::recordingChosen, this,
             [&](const QString& path) { chosen = path; });
     auto* list = find<QListWidget>("recordingList");
     QTest::mouseClick(list->viewport(), Qt::LeftButton, Qt::KeyboardModifiers(),
@@ -284,14 +266,12 @@ void tst_consoleTour::answersThePrompt()
         click(find<QPushButton>("replayRecordingButton"));
         QTRY_VERIFY(find<QWidget>("openPrompt"));
         auto* button = find<QWidget>("openPrompt")->findChild<QPushButton*>(answer);
-        QTRY_VERIFY(button->isVisible() && button->height() > 10); // laid out
-        QTRY_VERIFY(
-            m_window->rect().contains(button->mapTo(m_window.get(), button->rect().center())));
+        QTRY_VERIFY(isInSight(button));
         QCOMPARE(chosen, QString());
         click(button);
         QTRY_VERIFY(!find<QWidget>("openPrompt"));
     }
-    QCOMPARE(chosen, QString::fromLatin1(BOAT));
+    QCOMPARE(chosen, boatLog);
 }
 
 void tst_consoleTour::opensTheAboutBox()
@@ -309,7 +289,7 @@ void tst_consoleTour::opensTheAboutBox()
 
 void tst_consoleTour::cleanupTestCase()
 {
-    m_window.reset();
+    m_console.reset();
 }
 
 ZORBIN_TEST_MAIN(tst_consoleTour, QApplication)

@@ -1,10 +1,13 @@
 #include "echogramPanel.h"
+#include "gestures.h"
 #include "levelHistogram.h"
 #include "palette.h"
 #include "pictures.h"
 #include "pingTimeAxis.h"
 #include "pingView.h"
 #include "testCase.h"
+#include "testRecords.h"
+#include "testWindow.h"
 #include "theme.h"
 #include "timeRuler.h"
 #include "valueRuler.h"
@@ -27,7 +30,6 @@ using zorbin_qt_gui::ruler_t;
 
 namespace {
 
-const char RIVER[] = EXAMPLE_DATA "/leesferry-echosounder/echosounder-%1khz.pgm";
 const double NO_DEPTH = std::numeric_limits<double>::quiet_NaN();
 const double START = 1382657324.0; // 2013-10-24 23:28:44 UTC
 const double PERIOD = 0.5;         // s between pings
@@ -48,7 +50,7 @@ sonarRecord_t testRecord(double frequency)
     return record;
 }
 
-std::vector<echogram_t> testEchograms()
+std::vector<echogram_t> riverEchograms()
 {
     std::vector<echogram_t> echograms = {{"high.pgm", testRecord(200000.0)},
                                          {"low.pgm", testRecord(83000.0)}};
@@ -57,27 +59,16 @@ std::vector<echogram_t> testEchograms()
     return echograms;
 }
 
-struct panelOnScreen_t
+struct panelOnScreen_t : testWindow_t
 {
     const std::vector<echogram_t> echograms;
     echogramPanel_t panel;
 
-    explicit panelOnScreen_t(std::vector<echogram_t> shown = testEchograms())
+    explicit panelOnScreen_t(std::vector<echogram_t> shown = riverEchograms())
         : echograms(std::move(shown)), panel(echograms)
     {
+        setWindow(&panel);
         panel.resize(1000, 700);
-        panel.show();
-    }
-    bool isReady()
-    {
-        const bool exposed = QTest::qWaitForWindowExposed(&panel, patienceMs());
-        QCoreApplication::processEvents();
-        return exposed;
-    }
-    template <typename widget_t>
-    widget_t* find(const char* name)
-    {
-        return panel.findChild<widget_t*>(name);
     }
     pingView_t* view() { return panel.view(); }
     valueRuler_t* depthRuler() { return find<valueRuler_t>("rangeRuler"); }
@@ -175,7 +166,7 @@ void tst_echogramPanel::drawsWhatIsInTheFile()
     QFETCH(int, ping);
     const int columns = 1550;
     const double spacing = 0.0187; // m
-    QFile file(QString(RIVER).arg(kilohertz));
+    QFile file(echogramPicture(kilohertz));
     QVERIFY(file.open(QIODevice::ReadOnly));
     const QByteArray content = file.readAll();
     const QByteArray bytes = content.mid(content.indexOf("255\n") + 4);
@@ -187,7 +178,7 @@ void tst_echogramPanel::drawsWhatIsInTheFile()
     const double time = result.record.pings[static_cast<std::size_t>(ping)].time;
     const double seconds = time - result.record.pings.front().time;
     panelOnScreen_t console({{"river.pgm", std::move(result.record)}});
-    QVERIFY(console.isReady());
+    QVERIFY(console.show());
     console.panel.showDepth(false);
     const int height = console.view()->height();
     console.view()->bounds(0.25 * spacing, (height + 0.25) * spacing);
@@ -208,10 +199,10 @@ void tst_echogramPanel::drawsWhatIsInTheFile()
 
 void tst_echogramPanel::leavesBareWhatFillsARow()
 {
-    sonarResult_t result = readEchogram(QString(RIVER).arg(200));
+    sonarResult_t result = readEchogram(echogramPicture(200));
     QCOMPARE(result.error, QString());
     panelOnScreen_t console({{"river.pgm", std::move(result.record)}});
-    QVERIFY(console.isReady());
+    QVERIFY(console.show());
     console.panel.showTime(0.0); // 1479 samples
     const double spacing = 0.0187;
     console.view()->bounds(1470.25 * spacing, (1470.25 + console.view()->height()) * spacing);
@@ -224,14 +215,14 @@ void tst_echogramPanel::leavesBareWhatFillsARow()
 
 void tst_echogramPanel::drawsDepthDownwardsAndTheNewestAtTheRight()
 {
-    std::vector<echogram_t> echograms = testEchograms();
+    std::vector<echogram_t> echograms = riverEchograms();
     for (ping_t& ping : echograms[0].record.pings) {
         ping.depth = NO_DEPTH;
         std::fill(ping.levels.begin(), ping.levels.begin() + 8, 0.0F); // upper half
         std::fill(ping.levels.begin() + 8, ping.levels.end(), 255.0F);
     }
     panelOnScreen_t console(echograms);
-    QVERIFY(console.isReady());
+    QVERIFY(console.show());
     console.panel.showTime(10.0); // 21 pings
     palette_t palette;
     QVERIFY(palette.load(palette_t::SP_WATERCOLUMN));
@@ -348,7 +339,7 @@ void tst_echogramPanel::drawsNoDepthOfItsOwn()
 void tst_echogramPanel::hidesTheDepthByTheBox()
 {
     panelOnScreen_t console;
-    QVERIFY(console.isReady());
+    QVERIFY(console.show());
     console.panel.showTime(10.0);
     palette_t palette;
     QVERIFY(palette.load(palette_t::SP_WATERCOLUMN));
@@ -364,11 +355,11 @@ void tst_echogramPanel::hidesTheDepthByTheBox()
 
 void tst_echogramPanel::tellsTheDepthOfTheNewestThatShows()
 {
-    std::vector<echogram_t> echograms = testEchograms();
+    std::vector<echogram_t> echograms = riverEchograms();
     echograms[0].record.pings[20].depth = 6.25;
     echograms[0].record.pings[21].depth = NO_DEPTH;
     panelOnScreen_t console(echograms);
-    QVERIFY(console.isReady());
+    QVERIFY(console.show());
     auto* label = console.find<QLabel>("instrumentDepthLabel");
     console.panel.showTime(9.5);
     QCOMPARE(label->text(), QStringLiteral("2.0 m"));
@@ -395,7 +386,7 @@ void tst_echogramPanel::showsTwiceTheGreatestDepthAtFirst()
 {
     QFETCH(double, depth);
     QFETCH(double, end);
-    std::vector<echogram_t> echograms = testEchograms();
+    std::vector<echogram_t> echograms = riverEchograms();
     for (ping_t& ping : echograms[0].record.pings)
         ping.depth = depth * 0.5;
     echograms[0].record.pings[50].depth = depth;
@@ -407,7 +398,7 @@ void tst_echogramPanel::showsTwiceTheGreatestDepthAtFirst()
 void tst_echogramPanel::showsTheWholeDepthByTheButton()
 {
     panelOnScreen_t console;
-    QVERIFY(console.isReady());
+    QVERIFY(console.show());
     auto* button = console.find<QToolButton>("wholeButton");
     QVERIFY(button->isEnabled());
     QTest::mouseClick(button, Qt::LeftButton);
@@ -419,13 +410,12 @@ void tst_echogramPanel::showsTheWholeDepthByTheButton()
 void tst_echogramPanel::dragOnTheRulerLooksCloser()
 {
     panelOnScreen_t console;
-    QVERIFY(console.isReady());
+    QVERIFY(console.show());
     valueRuler_t* ruler = console.depthRuler();
     const double beg = ruler->pixelToValue(100);
     const double end = ruler->pixelToValue(300);
     QVERIFY(end > beg); // the deeper end is below
-    QTest::mousePress(ruler, Qt::LeftButton, Qt::KeyboardModifiers(), QPoint(5, 100));
-    QTest::mouseRelease(ruler, Qt::LeftButton, Qt::KeyboardModifiers(), QPoint(5, 300));
+    drag(ruler, QPoint(5, 100), QPoint(5, 300));
     QCOMPARE(console.view()->begBound(), beg);
     QCOMPARE(console.view()->endBound(), end);
     Q_EMIT ruler->scaleChosen(20.0, -5.0);
@@ -435,10 +425,10 @@ void tst_echogramPanel::dragOnTheRulerLooksCloser()
 
 void tst_echogramPanel::looksAtLessThanTheSmallestSpan()
 {
-    std::vector<echogram_t> echograms = testEchograms();
+    std::vector<echogram_t> echograms = riverEchograms();
     echograms[0].record.extent = {0.0, 0.01, SAMPLES}; // m
     panelOnScreen_t console(echograms);
-    QVERIFY(console.isReady());
+    QVERIFY(console.show());
     console.panel.showTime(10.0);
     Q_EMIT console.depthRuler()->scaleChosen(0.006, 0.005);
     QCOMPARE(console.view()->begBound(), 0.0);
@@ -448,7 +438,7 @@ void tst_echogramPanel::looksAtLessThanTheSmallestSpan()
 void tst_echogramPanel::rulersFollowTheView()
 {
     panelOnScreen_t console;
-    QVERIFY(console.isReady());
+    QVERIFY(console.show());
     valueRuler_t* depths = console.depthRuler();
     QCOMPARE(depths->axisLocation(), ruler_t::LEFT);
     QCOMPARE(depths->height(), console.view()->height());
@@ -469,16 +459,16 @@ void tst_echogramPanel::rulersFollowTheView()
     console.find<QSlider>("scrollSlider")->setValue(100);
     QCOMPARE(console.timeRulers()[0]->end(), START + 50.5);
     const int width = console.view()->width();
-    console.panel.resize(1100, 600);
-    QTRY_COMPARE(console.view()->width(), width + 100);
-    QTRY_COMPARE(console.timeRulers()[0]->mapTo(&console.panel, QPoint(100, 0)).x(),
-                 console.view()->mapTo(&console.panel, QPoint(width + 99, 0)).x());
+    QVERIFY(console.resize(QSize(1100, 600)));
+    QCOMPARE(console.view()->width(), width + 100);
+    QCOMPARE(console.timeRulers()[0]->mapTo(&console.panel, QPoint(100, 0)).x(),
+             console.view()->mapTo(&console.panel, QPoint(width + 99, 0)).x());
 }
 
 void tst_echogramPanel::timesStartAnewWithTheRecord()
 {
     panelOnScreen_t console;
-    QVERIFY(console.isReady());
+    QVERIFY(console.show());
     // The last ping comes at 99.5 s, the first one again 99.5 s / 200 later.
     console.panel.showTime(99.5 + 0.4975 + 50.0 + 0.01);
     QCOMPARE(console.panel.model()->end(), COUNT + 101);
@@ -495,14 +485,14 @@ void tst_echogramPanel::timesStartAnewWithTheRecord()
 
 void tst_echogramPanel::timesBreakAtAGap()
 {
-    std::vector<echogram_t> echograms = testEchograms();
+    std::vector<echogram_t> echograms = riverEchograms();
     std::vector<ping_t>& pings = echograms[0].record.pings;
     for (std::size_t i = 60; i < pings.size(); ++i)
         pings[i].time += 30.0; // more than ten pings
     for (std::size_t i = 120; i < pings.size(); ++i)
         pings[i].time += 3.0; // fewer
     panelOnScreen_t console(echograms);
-    QVERIFY(console.isReady());
+    QVERIFY(console.show());
     console.panel.showTime(120.0);
     const QList<timeRuler_t*> times = console.timeRulers();
     QCOMPARE(times.size(), 2);
@@ -513,7 +503,7 @@ void tst_echogramPanel::timesBreakAtAGap()
 void tst_echogramPanel::hasNoTimesBeforeThePings()
 {
     panelOnScreen_t console;
-    QVERIFY(console.isReady());
+    QVERIFY(console.show());
     console.panel.showTime(25.0);
     const QList<timeRuler_t*> times = console.timeRulers();
     QCOMPARE(times.size(), 1);
@@ -523,7 +513,7 @@ void tst_echogramPanel::hasNoTimesBeforeThePings()
 void tst_echogramPanel::narrowStretchHasNoTimes()
 {
     panelOnScreen_t console;
-    QVERIFY(console.isReady());
+    QVERIFY(console.show());
     console.panel.showTime(19.0); // 39 pings
     QCOMPARE(console.timeRulers().size(), 0);
     console.panel.showTime(19.5);
@@ -533,7 +523,7 @@ void tst_echogramPanel::narrowStretchHasNoTimes()
 void tst_echogramPanel::pointsAtTheTime()
 {
     panelOnScreen_t console;
-    QVERIFY(console.isReady());
+    QVERIFY(console.show());
     console.panel.showTime(80.0);
     const int x = console.columnOf(100);
     QTest::mouseMove(console.view(), QPoint(x, 10));
@@ -545,7 +535,7 @@ void tst_echogramPanel::pointsAtTheTime()
 void tst_echogramPanel::readsOutThePointer()
 {
     panelOnScreen_t console;
-    QVERIFY(console.isReady());
+    QVERIFY(console.show());
     console.panel.showTime(80.0);
     auto* label = console.find<QLabel>("echogramPointerLabel");
     const int y = console.view()->height() / 4;
@@ -561,11 +551,11 @@ void tst_echogramPanel::readsOutThePointer()
 
 void tst_echogramPanel::readsOutWhereThereIsNoSample()
 {
-    std::vector<echogram_t> echograms = testEchograms();
+    std::vector<echogram_t> echograms = riverEchograms();
     for (ping_t& ping : echograms[0].record.pings)
         ping.depth = NO_DEPTH;
     panelOnScreen_t console(echograms);
-    QVERIFY(console.isReady());
+    QVERIFY(console.show());
     console.panel.showTime(80.0);
     const int height = console.view()->height();
     QTest::mouseMove(console.view(), QPoint(console.columnOf(160), height - 1)); // of 8 m
@@ -577,7 +567,7 @@ void tst_echogramPanel::readsOutWhereThereIsNoSample()
 void tst_echogramPanel::standsStillWhenScrolledBack()
 {
     panelOnScreen_t console;
-    QVERIFY(console.isReady());
+    QVERIFY(console.show());
     console.panel.showTime(20.0);
     console.find<QSlider>("scrollSlider")->setValue(30);
     console.panel.showTime(25.0);
@@ -598,7 +588,7 @@ void tst_echogramPanel::offersTheFrequencies()
 
 void tst_echogramPanel::namesARecordWithoutAFrequency()
 {
-    std::vector<echogram_t> echograms = testEchograms();
+    std::vector<echogram_t> echograms = riverEchograms();
     echograms[0].record.frequency = 0.0;
     panelOnScreen_t console(echograms);
     QCOMPARE(console.find<QComboBox>("beamBox")->itemText(0), QStringLiteral("high.pgm"));
@@ -607,7 +597,7 @@ void tst_echogramPanel::namesARecordWithoutAFrequency()
 void tst_echogramPanel::goesOverToAnotherFrequency()
 {
     panelOnScreen_t console;
-    QVERIFY(console.isReady());
+    QVERIFY(console.show());
     console.panel.showTime(20.0);
     auto* box = console.find<QComboBox>("beamBox");
     box->setFocus();
@@ -626,7 +616,7 @@ void tst_echogramPanel::goesOverToAnotherFrequency()
 void tst_echogramPanel::staysScrolledBackWithAnotherFrequency()
 {
     panelOnScreen_t console;
-    QVERIFY(console.isReady());
+    QVERIFY(console.show());
     console.panel.showTime(20.0);
     console.find<QSlider>("scrollSlider")->setValue(30);
     console.panel.chooseBeamAgain("83 kHz");
@@ -660,7 +650,7 @@ void tst_echogramPanel::offersAllStandardPalettes()
 void tst_echogramPanel::coloursByThePaletteOfChoice()
 {
     panelOnScreen_t console;
-    QVERIFY(console.isReady());
+    QVERIFY(console.show());
     console.panel.showTime(99.0);
     auto* box = console.find<QComboBox>("echogramPaletteBox");
     box->setFocus();
@@ -679,7 +669,7 @@ void tst_echogramPanel::isGreyWithoutPalettes()
     qputenv("ZORBIN_QT_RESOURCE_DIR", QFile::encodeName(empty.path()));
     panelOnScreen_t console;
     qputenv("ZORBIN_QT_RESOURCE_DIR", RESOURCES);
-    QVERIFY(console.isReady());
+    QVERIFY(console.show());
     auto* box = console.find<QComboBox>("echogramPaletteBox");
     QCOMPARE(box->count(), 0);
     QVERIFY(!box->isEnabled());
@@ -693,7 +683,7 @@ void tst_echogramPanel::isGreyWithoutPalettes()
 
 void tst_echogramPanel::histogramSpansTheFullLevel()
 {
-    std::vector<echogram_t> echograms = testEchograms();
+    std::vector<echogram_t> echograms = riverEchograms();
     echograms[1].record.fullLevel = 1000.0F; // of both, the greater
     panelOnScreen_t console(echograms);
     auto* histogram = console.find<levelHistogram_t>("histogram");
@@ -705,11 +695,11 @@ void tst_echogramPanel::histogramSpansTheFullLevel()
 // Where a ping has no samples there is no level, not even 0.
 void tst_echogramPanel::countsNoFilling()
 {
-    std::vector<echogram_t> echograms = testEchograms();
+    std::vector<echogram_t> echograms = riverEchograms();
     for (ping_t& ping : echograms[0].record.pings)
         ping.levels = std::vector<float>(4, 200.0F);
     panelOnScreen_t console(echograms);
-    QVERIFY(console.isReady());
+    QVERIFY(console.show());
     console.panel.showTime(20.0);
     auto* histogram = console.find<levelHistogram_t>("histogram");
     const QImage picture = snapshot(*histogram);

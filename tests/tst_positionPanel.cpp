@@ -1,12 +1,14 @@
+#include "gestures.h"
 #include "positionPanel.h"
 #include "testCase.h"
+#include "testRecords.h"
+#include "testWindow.h"
 
 #include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QSignalSpy>
-#include <QWheelEvent>
 
 using namespace survey_console;
 using zorbin_qt_gui::coordFormatSelector_t;
@@ -17,29 +19,19 @@ namespace {
 const char* const EDITORS[] = {"vesselLatitude", "vesselLongitude", "targetLatitude",
                                "targetLongitude"};
 
-// A minute eastward along the equator, a thousandth of a degree a second, from 10 s on.
-recording_t testLine()
-{
-    recording_t recording;
-    for (int second = 10; second <= 70; ++second)
-        recording.addFix("INGGA", {double(second), QGeoCoordinate(0.0, 0.001 * (second - 10))});
-    return recording;
-}
-
-struct panel_t
+struct panel_t : testWindow_t
 {
     const recording_t recording;
     positionPanel_t panel;
 
-    explicit panel_t(recording_t line = testLine()) : recording(std::move(line)), panel(recording)
+    explicit panel_t(recording_t line = testLine().recording)
+        : recording(std::move(line)), panel(recording)
     {
+        setWindow(&panel);
         panel.show();
     }
-    template <typename widget_t>
-    widget_t* find(const char* name)
-    {
-        return panel.findChild<widget_t*>(name);
-    }
+    // Seconds after the first position of testLine().
+    void showElapsed(double seconds) { panel.showTime(lineStart + seconds); }
     latLonEditor_t* editor(const char* name) { return find<latLonEditor_t>(name); }
     QLineEdit* field(const char* name) { return editor(name)->findChild<QLineEdit*>(); }
     double value(const char* name)
@@ -85,18 +77,18 @@ private Q_SLOTS:
 void tst_positionPanel::followsTheVessel()
 {
     panel_t shown;
-    shown.panel.showTime(30.5); // the fix of 30 s is the newest
+    shown.showElapsed(200.5); // the fix of 200 s is the newest
     QCOMPARE(shown.value("vesselLatitude"), 0.0);
     QCOMPARE(shown.value("vesselLongitude"), 0.02);
     QCOMPARE(shown.field("vesselLongitude")->text(), QString("000\u00b0 01.200000'"));
-    shown.panel.showTime(20.0); // back
+    shown.showElapsed(100.0); // back
     QCOMPARE(shown.value("vesselLongitude"), 0.01);
 }
 
 void tst_positionPanel::vesselIsNotEditable()
 {
     panel_t shown;
-    shown.panel.showTime(30.0);
+    shown.showElapsed(200.0);
     for (const char* name : {"vesselLatitude", "vesselLongitude"}) {
         QVERIFY(!shown.field(name)->isEnabled());
         QVERIFY(!shown.editor(name)->findChild<QComboBox*>()->isEnabled());
@@ -110,13 +102,13 @@ void tst_positionPanel::showsNoPositionBeforeTheFirstFix()
     panel_t shown;
     QVERIFY(qIsNaN(shown.value("vesselLatitude")));
     QCOMPARE(shown.field("vesselLatitude")->text(), QString("\u00b0 .'"));
-    shown.panel.showTime(9.9);
+    shown.showElapsed(-0.1);
     QVERIFY(qIsNaN(shown.value("vesselLatitude")));
     QCOMPARE(shown.text("targetRangeLabel"), QString(u'\u2013'));
     QCOMPARE(shown.text("targetBearingLabel"), QString(u'\u2013'));
-    shown.panel.showTime(10.0);
+    shown.showElapsed(0.0);
     QCOMPARE(shown.value("vesselLatitude"), 0.0);
-    shown.panel.showTime(9.9); // and back
+    shown.showElapsed(-0.1); // and back
     QVERIFY(qIsNaN(shown.value("vesselLatitude")));
 }
 
@@ -133,7 +125,7 @@ void tst_positionPanel::goesToTheFirstFixAtFirst()
 void tst_positionPanel::showsRangeAndBearing()
 {
     panel_t shown;
-    shown.panel.showTime(10.0); // at 0, 0
+    shown.showElapsed(0.0); // at 0, 0
     shown.goTo(1.0, 0.0);
     QCOMPARE(shown.text("targetRangeLabel"), QString("60.04 nmi"));
     QCOMPARE(shown.text("targetBearingLabel"), QString("000.0\u00b0"));
@@ -146,10 +138,10 @@ void tst_positionPanel::rangeFollowsTheVessel()
 {
     panel_t shown;
     shown.goTo(0.0, 0.02);
-    shown.panel.showTime(29.0);
+    shown.showElapsed(190.0);
     QCOMPARE(shown.text("targetRangeLabel"), QString("111 m"));
     QCOMPARE(shown.text("targetBearingLabel"), QString("090.0\u00b0"));
-    shown.panel.showTime(31.0); // passed it
+    shown.showElapsed(210.0); // passed it
     QCOMPARE(shown.text("targetRangeLabel"), QString("111 m"));
     QCOMPARE(shown.text("targetBearingLabel"), QString("270.0\u00b0"));
 }
@@ -157,7 +149,7 @@ void tst_positionPanel::rangeFollowsTheVessel()
 void tst_positionPanel::showsNoRangeToWhatIsNoPosition()
 {
     panel_t shown;
-    shown.panel.showTime(30.0);
+    shown.showElapsed(200.0);
     QVERIFY(shown.find<QPushButton>("nearestButton")->isEnabled());
     shown.goTo(95.0, 0.02);
     QCOMPARE(shown.text("targetRangeLabel"), QString(u'\u2013'));
@@ -171,7 +163,7 @@ void tst_positionPanel::showsNoRangeToWhatIsNoPosition()
 void tst_positionPanel::oneSelectorDrivesAllEditors()
 {
     panel_t shown;
-    shown.panel.showTime(30.0);
+    shown.showElapsed(200.0);
     for (const char* name : EDITORS)
         QCOMPARE(shown.editor(name)->selectedFormat(), latLonEditor_t::CF_DM);
     for (const auto format : {latLonEditor_t::CF_DMS, latLonEditor_t::CF_D}) {
@@ -187,7 +179,7 @@ void tst_positionPanel::catchesUpWithTheNotation()
     panel_t shown;
     shown.goTo(95.0, 0.02); // is none
     shown.chooseFormat(latLonEditor_t::CF_DMS);
-    shown.panel.showTime(30.0);
+    shown.showElapsed(200.0);
     shown.goTo(0.5, 0.0);
     for (const char* name : EDITORS)
         QCOMPARE(shown.editor(name)->selectedFormat(), latLonEditor_t::CF_DMS);
@@ -201,19 +193,19 @@ void tst_positionPanel::asksForTheTimeNearestToThePosition()
     panel_t shown;
     QSignalSpy chosen(&shown.panel, &positionPanel_t::timeChosen);
     auto* button = shown.find<QPushButton>("nearestButton");
-    shown.goTo(0.5, 0.0204); // abeam, nearer to 0.020 than to 0.021
+    shown.goTo(0.5, 0.02004); // abeam, nearer to 0.0200 than to 0.0201
     QTest::mouseClick(button, Qt::LeftButton);
     shown.goTo(0.0, 90.0); // beyond the end
     QTest::mouseClick(button, Qt::LeftButton);
     QCOMPARE(chosen.count(), 2);
-    QCOMPARE(chosen[0][0].toDouble(), 30.0);
-    QCOMPARE(chosen[1][0].toDouble(), 70.0);
+    QCOMPARE(chosen[0][0].toDouble(), lineStart + 200.0);
+    QCOMPARE(chosen[1][0].toDouble(), lineStart + lineLength);
 }
 
 void tst_positionPanel::hasNothingNearWithoutFixes()
 {
     panel_t shown{recording_t()};
-    shown.panel.showTime(30.0);
+    shown.showElapsed(200.0);
     shown.goTo(1.0, 1.0);
     QVERIFY(!shown.find<QPushButton>("nearestButton")->isEnabled());
     QCOMPARE(shown.text("targetRangeLabel"), QString(u'\u2013'));
@@ -223,14 +215,11 @@ void tst_positionPanel::hasNothingNearWithoutFixes()
 void tst_positionPanel::wheelChangesNothingInPassing()
 {
     panel_t shown;
-    QVERIFY(QTest::qWaitForWindowExposed(&shown.panel, patienceMs()));
+    QVERIFY(shown.show());
     shown.goTo(1.0, 1.0);
     auto* hemisphere = shown.editor("targetLatitude")->findChild<QComboBox*>();
     shown.field("targetLatitude")->setFocus();
-    QWheelEvent wheel(QPointF(5.0, 5.0), hemisphere->mapToGlobal(QPointF(5.0, 5.0).toPoint()),
-                      QPoint(), QPoint(0, -120), Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase,
-                      false);
-    QCoreApplication::sendEvent(hemisphere, &wheel);
+    turnWheel(hemisphere, QPoint(5, 5), false);
     QCOMPARE(shown.value("targetLatitude"), 1.0);
 }
 

@@ -1,41 +1,76 @@
-#include "mainWindow.h"
 #include "notices.h"
 #include "recordingLoader.h"
 #include "testCase.h"
+#include "testConsole.h"
+#include "testFiles.h"
 
-#include <QElapsedTimer>
 #include <QFile>
 #include <QProgressBar>
 #include <QPushButton>
 #include <QSignalSpy>
 #include <QTemporaryDir>
+#include <QTestEventLoop>
+#include <memory>
 
 using namespace survey_console;
 
 namespace {
 
-const char SHORT[] = EXAMPLE_DATA "/plaka-sailing/plaka-10min.log";
-const int LONG_COUNT = 300000; // lines
+constexpr int longCount = 300000; // lines
 
-readResult_t testLine()
+// Lines of headings, ten a second.
+QByteArray headings(int count)
 {
-    readResult_t line;
-    for (int second = 0; second <= 60; ++second)
-        line.recording.add(CHANNEL_DEPTH, "SDDPT", {double(second), 10.0});
-    return line;
+    QByteArray lines;
+    for (int second = 0; second * 10 < count; ++second) {
+        const QByteArray time = QStringLiteral("2014-08-01T%1:%2:%3.")
+                                    .arg(second / 3600, 2, 10, QLatin1Char('0'))
+                                    .arg(second / 60 % 60, 2, 10, QLatin1Char('0'))
+                                    .arg(second % 60, 2, 10, QLatin1Char('0'))
+                                    .toLatin1();
+        for (int tenth = 0; tenth < 10; ++tenth)
+            lines += time + QByteArray::number(tenth) + "00000Z $HEHDT,218.53,T*12\n";
+    }
+    return lines;
 }
 
-struct console_t
+// Lengthens a file by zeros, which take no room on the disk, or cuts it off.
+bool resizeFile(const QString& path, qint64 size)
 {
-    mainWindow_t window{"test line", testLine(), [] { return 0.0; }};
+    QFile file(path);
+    return file.open(QIODevice::ReadWrite) && file.resize(size);
+}
 
-    console_t()
+// A loader and what it has read.
+struct reading_t
+{
+    recordingLoader_t loader;
+    std::shared_ptr<readResult_t> result; // null until it is finished
+
+    explicit reading_t(const QString& path) : loader(path)
     {
-        window.restore(consoleState_t());
-        window.show();
-        window.activateWindow();
+        QObject::connect(&loader, &recordingLoader_t::finished, &m_loop,
+                         [this](const std::shared_ptr<readResult_t>& line) {
+                             result = line;
+                             m_loop.exitLoop();
+                         });
     }
-    QWidget* prompt(const char* name) { return window.findChild<QWidget*>(name); }
+    // Waits for the end of the reading.
+    bool finishes()
+    {
+        m_loop.enterLoopMSecs(60000 * patience());
+        return result != nullptr;
+    }
+
+private:
+    QTestEventLoop m_loop;
+};
+
+// The console as it is while it waits for a recording to be chosen.
+struct waitingConsole_t : console_t
+{
+    waitingConsole_t() { window.restore(consoleState_t()); }
+    QWidget* prompt(const char* name) { return find<QWidget>(name); }
 };
 
 } // namespace
@@ -45,7 +80,7 @@ class tst_recordingLoader : public testCase_t
     Q_OBJECT
 private:
     QTemporaryDir m_directory;
-    QString m_long; // path of a recording that takes a while
+    QString m_endless; // path of a recording that nobody reads to its end
 
 private Q_SLOTS:
     void initTestCase();
@@ -59,64 +94,44 @@ private Q_SLOTS:
     void windowReadsAnotherInstead();
 };
 
-// Headings, ten a second.
 void tst_recordingLoader::initTestCase()
 {
-    m_long = m_directory.filePath("long.log");
-    QFile file(m_long);
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    const QByteArray sentence = " $HEHDT,218.53,T*12\n";
-    for (int line = 0; line < LONG_COUNT; ++line) {
-        const int seconds = line / 10;
-        file.write(QStringLiteral("2014-08-01T%1:%2:%3.%4")
-                       .arg(seconds / 3600, 2, 10, QLatin1Char('0'))
-                       .arg(seconds / 60 % 60, 2, 10, QLatin1Char('0'))
-                       .arg(seconds % 60, 2, 10, QLatin1Char('0'))
-                       .arg(line % 10)
-                       .toLatin1() +
-                   "00000Z" + sentence);
-    }
+    m_endless = m_directory.filePath("endless.log");
+    QVERIFY(writeFile(m_endless, headings(100)));
+    QVERIFY(resizeFile(m_endless, qint64(1) << 40)); // 1 TiB
 }
 
 void tst_recordingLoader::readsAShortOneAtOnce()
 {
     const QString path = m_directory.filePath("short.log");
-    QFile file(path);
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    file.write("2014-08-01T00:00:00.183000Z $HEHDT,218.53,T*12\n");
-    file.close();
-    recordingLoader_t loader(path);
-    std::shared_ptr<readResult_t> result;
-    connect(&loader, &recordingLoader_t::finished, this,
-            [&](const std::shared_ptr<readResult_t>& line) { result = line; });
-    const QSignalSpy progress(&loader, &recordingLoader_t::progressed);
-    loader.start();
-    QVERIFY(result);
-    QCOMPARE(result->error, QString());
-    QCOMPARE(result->counts.used, 1);
+    QVERIFY(writeFile(path, "2014-08-01T00:00:00.183000Z $HEHDT,218.53,T*12\n"));
+    reading_t reading(path);
+    const QSignalSpy progress(&reading.loader, &recordingLoader_t::progressed);
+    reading.loader.start();
+    QVERIFY(reading.result);
+    QCOMPARE(reading.result->error, QString());
+    QCOMPARE(reading.result->counts.used, 1);
     QCOMPARE(progress.count(), 0);
 }
 
 void tst_recordingLoader::saysAtOnceWhatCannotBeRead()
 {
-    recordingLoader_t loader(QStringLiteral("/nowhere/line.log"));
-    QString error;
-    connect(&loader, &recordingLoader_t::finished, this,
-            [&](const std::shared_ptr<readResult_t>& line) { error = line->error; });
-    loader.start();
-    QCOMPARE(error, QStringLiteral("cannot open '/nowhere/line.log': No such file or directory"));
+    reading_t reading(QStringLiteral("/nowhere/line.log"));
+    reading.loader.start();
+    QVERIFY(reading.result);
+    QCOMPARE(reading.result->error,
+             QStringLiteral("cannot open '/nowhere/line.log': No such file or directory"));
 }
 
 void tst_recordingLoader::readsALongOneInSlices()
 {
-    recordingLoader_t loader(m_long);
-    std::shared_ptr<readResult_t> result;
-    connect(&loader, &recordingLoader_t::finished, this,
-            [&](const std::shared_ptr<readResult_t>& line) { result = line; });
-    QSignalSpy progress(&loader, &recordingLoader_t::progressed);
-    loader.start();
-    QVERIFY(!result);
-    QTRY_VERIFY_WITH_TIMEOUT(result, 60000);
+    const QString path = m_directory.filePath("long.log");
+    QVERIFY(writeFile(path, headings(longCount)));
+    reading_t reading(path);
+    const QSignalSpy progress(&reading.loader, &recordingLoader_t::progressed);
+    reading.loader.start();
+    QVERIFY(!reading.result);
+    QVERIFY(reading.finishes());
     QVERIFY2(progress.count() > 5, qPrintable(QString::number(progress.count())));
     double last = 0.0;
     for (const QList<QVariant>& arguments : progress) {
@@ -124,54 +139,55 @@ void tst_recordingLoader::readsALongOneInSlices()
         QVERIFY2(share > last && share < 1.0, qPrintable(QString::number(share)));
         last = share;
     }
-    const readResult_t whole = readRecording(m_long);
-    QCOMPARE(result->counts.lines, LONG_COUNT);
-    QCOMPARE(result->counts.used, whole.counts.used);
-    QCOMPARE(result->recording.channel(CHANNEL_GYRO_HEADING).samples.size(),
-             whole.recording.channel(CHANNEL_GYRO_HEADING).samples.size());
-    QCOMPARE(result->recording.endTime(), whole.recording.endTime());
+    const readResult_t& result = *reading.result;
+    QCOMPARE(result.counts.lines, longCount);
+    QCOMPARE(result.counts.used, longCount);
+    QCOMPARE(result.recording.channel(CHANNEL_GYRO_HEADING).samples.size(), std::size_t(longCount));
+    QCOMPARE(result.recording.endTime(), lineStart + 29999.9);
 }
 
 void tst_recordingLoader::readsALineWithoutEndInSlices()
 {
     const QString path = m_directory.filePath("zeros.log");
-    QFile file(path);
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    QVERIFY(file.resize(qint64(100) * 1024 * 1024)); // takes no room on the disk
-    file.close();
-    recordingLoader_t loader(path);
-    std::shared_ptr<readResult_t> result;
-    connect(&loader, &recordingLoader_t::finished, this,
-            [&](const std::shared_ptr<readResult_t>& line) { result = line; });
-    loader.start();
-    QVERIFY(!result);
-    QTRY_VERIFY_WITH_TIMEOUT(result, 60000);
-    QCOMPARE(result->counts.lines, 1);
-    QCOMPARE(result->counts.bad, 1);
+    QVERIFY(writeFile(path, QByteArray()));
+    QVERIFY(resizeFile(path, qint64(100) << 20)); // 100 MiB
+    reading_t reading(path);
+    reading.loader.start();
+    QVERIFY(!reading.result);
+    QVERIFY(reading.finishes());
+    QCOMPARE(reading.result->counts.lines, 1);
+    QCOMPARE(reading.result->counts.bad, 1);
 }
 
+// No machine reads the file to its end before it is cut off.
 void tst_recordingLoader::windowStaysAliveAndAsksAtTheEnd()
 {
-    console_t console;
-    QVERIFY(QTest::qWaitForWindowActive(&console.window, patienceMs()));
-    console.window.openRecording(m_long);
+    const QString path = m_directory.filePath("cut off.log");
+    const QByteArray lines = headings(100);
+    QVERIFY(writeFile(path, lines));
+    QVERIFY(resizeFile(path, qint64(8) << 30)); // 8 GiB, of which a hundredth is soon read
+    waitingConsole_t console;
+    QVERIFY(console.show());
+    console.window.openRecording(path);
     QVERIFY(console.prompt("loadingPrompt"));
-    auto* bar = console.window.findChild<QProgressBar*>("loadingBar");
+    auto* bar = console.find<QProgressBar>("loadingBar");
     QTRY_VERIFY(bar->isVisible() && bar->value() > 0);
-    QTest::keyClick(&console.window, Qt::Key_Space); // meanwhile
+    QTest::keyClick(&console.window, Qt::Key_Space); // which is nothing to the reading
     QVERIFY(console.window.clock()->isRunning());
     QVERIFY(!console.prompt("openPrompt"));
-    QTRY_VERIFY_WITH_TIMEOUT(console.prompt("openPrompt"), 60000);
+    QVERIFY(console.prompt("loadingPrompt"));
+    QVERIFY(resizeFile(path, lines.size()));
+    QTRY_VERIFY(console.prompt("openPrompt"));
     QTRY_VERIFY(!console.prompt("loadingPrompt"));
 }
 
 void tst_recordingLoader::windowCancelsByTheButton()
 {
-    console_t console;
-    QVERIFY(QTest::qWaitForWindowActive(&console.window, patienceMs()));
-    console.window.openRecording(m_long);
-    auto* button = console.window.findChild<QPushButton*>("cancelButton");
-    QTRY_VERIFY(button->isVisible());
+    waitingConsole_t console;
+    QVERIFY(console.show());
+    console.window.openRecording(m_endless);
+    auto* button = console.find<QPushButton>("cancelButton");
+    QTRY_VERIFY(isInSight(button));
     QTest::mouseClick(button, Qt::LeftButton);
     QTRY_VERIFY(!console.prompt("loadingPrompt"));
     QVERIFY(!console.window.findChild<recordingLoader_t*>());
@@ -181,9 +197,9 @@ void tst_recordingLoader::windowCancelsByTheButton()
 
 void tst_recordingLoader::windowCancelsByEscape()
 {
-    console_t console;
-    QVERIFY(QTest::qWaitForWindowActive(&console.window, patienceMs()));
-    console.window.openRecording(m_long);
+    waitingConsole_t console;
+    QVERIFY(console.show());
+    console.window.openRecording(m_endless);
     QVERIFY(console.prompt("loadingPrompt"));
     QTest::keyClick(&console.window, Qt::Key_Escape);
     QTRY_VERIFY(!console.prompt("loadingPrompt"));
@@ -192,19 +208,19 @@ void tst_recordingLoader::windowCancelsByEscape()
 
 void tst_recordingLoader::windowReadsAnotherInstead()
 {
-    console_t console;
-    QVERIFY(QTest::qWaitForWindowActive(&console.window, patienceMs()));
+    waitingConsole_t console;
+    QVERIFY(console.show());
     QString chosen;
     connect(&console.window, &mainWindow_t::recordingChosen, this,
             [&](const QString& path) { chosen = path; });
-    console.window.openRecording(m_long);
-    console.window.openRecording(SHORT);
+    console.window.openRecording(m_endless);
+    console.window.openRecording(boatLog);
     QTRY_VERIFY(console.prompt("openPrompt"));
     QTRY_VERIFY(!console.prompt("loadingPrompt"));
-    auto* button = console.window.findChild<QPushButton*>("replayButton");
-    QTRY_VERIFY(button->isVisible());
+    auto* button = console.find<QPushButton>("replayButton");
+    QTRY_VERIFY(isInSight(button));
     QTest::mouseClick(button, Qt::LeftButton);
-    QCOMPARE(chosen, QString(SHORT));
+    QCOMPARE(chosen, boatLog);
 }
 
 ZORBIN_TEST_MAIN(tst_recordingLoader, QApplication)

@@ -1,9 +1,11 @@
 #include "multiPathSelectDialog.h"
 #include "recordingsPanel.h"
 #include "testCase.h"
+#include "testFiles.h"
+#include "testWindow.h"
 
 #include <QDir>
-#include <QFile>
+#include <QFileInfo>
 #include <QLabel>
 #include <QListWidget>
 #include <QPushButton>
@@ -31,9 +33,8 @@ struct survey_t
     void make(const QString& name)
     {
         QDir(directory.path()).mkpath(QFileInfo(name).path());
-        QFile file(path(name));
-        if (!file.open(QIODevice::WriteOnly))
-            qFatal("cannot write '%s'", qPrintable(file.fileName()));
+        if (!writeFile(path(name), QByteArray()))
+            qFatal("cannot write '%s'", qPrintable(path(name)));
     }
     QString path(const QString& name) const { return directory.filePath(name); }
     QStringList paths(QStringList names) const
@@ -44,15 +45,14 @@ struct survey_t
     }
 };
 
-struct panel_t
+struct panel_t : testWindow_t
 {
     recordingsPanel_t panel;
 
-    panel_t() { panel.show(); }
-    template <typename widget_t>
-    widget_t* find(const char* name)
+    panel_t()
     {
-        return panel.findChild<widget_t*>(name);
+        setWindow(&panel);
+        panel.show();
     }
     QListWidget* list() { return find<QListWidget>("recordingList"); }
     QPushButton* button(const char* name) { return find<QPushButton>(name); }

@@ -1,3 +1,4 @@
+#include "gestures.h"
 #include "levelHistogram.h"
 #include "palette.h"
 #include "pictures.h"
@@ -7,11 +8,11 @@
 #include "pingView.h"
 #include "sonarPanel.h"
 #include "testCase.h"
+#include "testWindow.h"
 #include "valueRuler.h"
 
 #include <QComboBox>
 #include <QLabel>
-#include <QMouseEvent>
 #include <QSignalSpy>
 #include <QSlider>
 #include <QToolButton>
@@ -47,37 +48,18 @@ void setGreys(pingRenderer_t* renderer)
     renderer->setPalette(palette);
 }
 
-struct panelOnScreen_t
+struct panelOnScreen_t : testWindow_t
 {
     const sonarRecord_t record = testRecord();
     sonarPanel_t panel{"test.pgm", record};
 
     panelOnScreen_t()
     {
+        setWindow(&panel);
         panel.resize(1000, 700);
-        panel.show();
-    }
-    bool isReady()
-    {
-        const bool exposed = QTest::qWaitForWindowExposed(&panel, patienceMs());
-        QCoreApplication::processEvents();
-        return exposed;
-    }
-    template <typename widget_t>
-    widget_t* find(const char* name)
-    {
-        return panel.findChild<widget_t*>(name);
     }
     pingView_t* view() { return panel.view(); }
 };
-
-// Moves the pointer with the left button held, which QTest's moves don't.
-void dragTo(QWidget* widget, const QPoint& to)
-{
-    QMouseEvent move(QEvent::MouseMove, to, widget->mapToGlobal(to), Qt::NoButton, Qt::LeftButton,
-                     Qt::NoModifier);
-    QCoreApplication::sendEvent(widget, &move);
-}
 
 } // namespace
 
@@ -305,7 +287,7 @@ void tst_sonarPanel::colorsFollowTheLevels()
 void tst_sonarPanel::followsTheNewestPing()
 {
     panelOnScreen_t console;
-    QVERIFY(console.isReady());
+    QVERIFY(console.show());
     console.panel.showTime(10.0);
     QCOMPARE(console.view()->position(), 20);
     console.panel.showTime(20.0);
@@ -320,7 +302,7 @@ void tst_sonarPanel::followsTheNewestPing()
 void tst_sonarPanel::standsStillWhenScrolledBack()
 {
     panelOnScreen_t console;
-    QVERIFY(console.isReady());
+    QVERIFY(console.show());
     console.panel.showTime(20.0);
     auto* slider = console.find<QSlider>("scrollSlider");
     slider->setValue(30);
@@ -347,7 +329,7 @@ void tst_sonarPanel::standsStillWhenTheReplayJumps()
     QFETCH(double, seconds);
     QFETCH(int, position);
     panelOnScreen_t console;
-    QVERIFY(console.isReady());
+    QVERIFY(console.show());
     console.panel.showTime(20.0);
     console.find<QSlider>("scrollSlider")->setValue(30);
     console.panel.showTime(seconds);
@@ -358,7 +340,7 @@ void tst_sonarPanel::standsStillWhenTheReplayJumps()
 void tst_sonarPanel::goesBackToTheNewest()
 {
     panelOnScreen_t console;
-    QVERIFY(console.isReady());
+    QVERIFY(console.show());
     console.panel.showTime(20.0);
     console.find<QSlider>("scrollSlider")->setValue(30);
     QTest::mouseClick(console.find<QToolButton>("newestButton"), Qt::LeftButton);
@@ -370,7 +352,7 @@ void tst_sonarPanel::goesBackToTheNewest()
 void tst_sonarPanel::letsGoOfPingsThatAreDropped()
 {
     panelOnScreen_t console;
-    QVERIFY(console.isReady());
+    QVERIFY(console.show());
     console.panel.showTime(20.0);
     console.find<QSlider>("scrollSlider")->setValue(10);
     for (double seconds = 30.0; seconds < 1100.0; seconds += 10.0)
@@ -383,7 +365,7 @@ void tst_sonarPanel::letsGoOfPingsThatAreDropped()
 void tst_sonarPanel::rulersFollowTheView()
 {
     panelOnScreen_t console;
-    QVERIFY(console.isReady());
+    QVERIFY(console.show());
     auto* ranges = console.find<valueRuler_t>("rangeRuler");
     auto* pings = console.find<valueRuler_t>("pingRuler");
     QCOMPARE(ranges->start(), -40.0);
@@ -398,19 +380,18 @@ void tst_sonarPanel::rulersFollowTheView()
     QCOMPARE(pings->height(), console.view()->height());
     QCOMPARE(pings->end(), 41.0);
     QCOMPARE(pings->start(), 41.0 - console.view()->height());
-    console.panel.resize(900, 600);
-    QTRY_COMPARE(pings->start(), 41.0 - console.view()->height());
+    QVERIFY(console.resize(QSize(900, 600)));
+    QCOMPARE(pings->start(), 41.0 - console.view()->height());
 }
 
 void tst_sonarPanel::dragOnTheRulerLooksCloser()
 {
     panelOnScreen_t console;
-    QVERIFY(console.isReady());
+    QVERIFY(console.show());
     auto* ruler = console.find<valueRuler_t>("rangeRuler");
     const double beg = ruler->pixelToValue(100);
     const double end = ruler->pixelToValue(300);
-    QTest::mousePress(ruler, Qt::LeftButton, Qt::KeyboardModifiers(), QPoint(100, 5));
-    QTest::mouseRelease(ruler, Qt::LeftButton, Qt::KeyboardModifiers(), QPoint(300, 5));
+    drag(ruler, QPoint(100, 5), QPoint(300, 5));
     QCOMPARE(console.view()->begBound(), beg);
     QCOMPARE(console.view()->endBound(), end);
     auto* whole = console.find<QToolButton>("wholeButton");
@@ -425,7 +406,7 @@ void tst_sonarPanel::dragOnTheRulerLooksCloser()
 void tst_sonarPanel::neverLooksBeyondTheSwath()
 {
     panelOnScreen_t console;
-    QVERIFY(console.isReady());
+    QVERIFY(console.show());
     auto* ruler = console.find<valueRuler_t>("rangeRuler");
     Q_EMIT ruler->scaleChosen(-80.0, 80.0);
     QCOMPARE(console.view()->begBound(), -40.0);
@@ -439,7 +420,7 @@ void tst_sonarPanel::neverLooksBeyondTheSwath()
 void tst_sonarPanel::turns()
 {
     panelOnScreen_t console;
-    QVERIFY(console.isReady());
+    QVERIFY(console.show());
     console.panel.showTime(20.0);
     auto* ranges = console.find<valueRuler_t>("rangeRuler");
     auto* pings = console.find<valueRuler_t>("pingRuler");
@@ -466,7 +447,7 @@ void tst_sonarPanel::turns()
 void tst_sonarPanel::readsOutThePointer()
 {
     panelOnScreen_t console;
-    QVERIFY(console.isReady());
+    QVERIFY(console.show());
     console.panel.showTime(20.0);
     auto* label = console.find<QLabel>("sonarPointerLabel");
     console.view()->bounds(-40.0, 40.0);
@@ -484,15 +465,13 @@ void tst_sonarPanel::readsOutThePointer()
 void tst_sonarPanel::dragOnTheHistogramChoosesTheLevels()
 {
     panelOnScreen_t console;
-    QVERIFY(console.isReady());
+    QVERIFY(console.show());
     console.panel.showTime(20.0);
     auto* histogram = console.find<levelHistogram_t>("histogram");
     QSignalSpy chosen(histogram, &levelHistogram_t::rangeChosen);
     QSignalSpy drawn(console.view()->renderer(), &pingRenderer_t::rendererChanged);
     const int width = histogram->width();
-    QTest::mousePress(histogram, Qt::LeftButton, Qt::KeyboardModifiers(), QPoint(width / 2, 10));
-    dragTo(histogram, QPoint(width / 4, 10));
-    QTest::mouseRelease(histogram, Qt::LeftButton, Qt::KeyboardModifiers(), QPoint(width / 4, 10));
+    drag(histogram, QPoint(width / 2, 10), QPoint(width / 4, 10));
     QCOMPARE(chosen.count(), 1);
     QCOMPARE(drawn.count(), 1);
     QCOMPARE(histogram->chosenMin(), -70.0F + 70.0F * float(width / 4) / float(width));
@@ -517,7 +496,7 @@ void tst_sonarPanel::smallDragChoosesNothing()
 void tst_sonarPanel::countsWhatIsInView()
 {
     panelOnScreen_t console;
-    QVERIFY(console.isReady());
+    QVERIFY(console.show());
     console.panel.showTime(20.0); // levels 0 to -40 dB
     auto* histogram = console.find<levelHistogram_t>("histogram");
     const QImage picture = snapshot(*histogram);

@@ -1,6 +1,8 @@
 #include "randomNumbers.h"
 #include "sonarRecord.h"
 #include "testCase.h"
+#include "testFiles.h"
+#include "testRecords.h"
 
 #include <QFile>
 #include <QTemporaryDir>
@@ -10,15 +12,7 @@ using namespace survey_console;
 
 namespace {
 
-const char WRECK[] = EXAMPLE_DATA "/scotsman-sidescan/sidescan-600khz.pgm";
-const char RIVER[] = EXAMPLE_DATA "/leesferry-echosounder/echosounder-%1khz.pgm";
 const double START = 1378847588.0; // 2013-09-10 21:13:08 UTC
-
-bool writeFile(const QString& path, const QByteArray& content)
-{
-    QFile file(path);
-    return file.open(QIODevice::WriteOnly) && file.write(content) == content.size();
-}
 
 // Two pings of three samples each, of 8 bits.
 QByteArray picture()
@@ -135,7 +129,7 @@ void tst_sonarRecord::readsSixteenBits()
 
 void tst_sonarRecord::readsTheRecordOfTheExample()
 {
-    const sonarResult_t result = readSonarRecord(WRECK);
+    const sonarResult_t result = readSonarRecord(sidescanPicture);
     QCOMPARE(result.error, QString());
     QCOMPARE(result.record.pings.size(), std::size_t(461));
     QCOMPARE(result.record.damaged, 0);
@@ -344,7 +338,7 @@ void tst_sonarRecord::readsTheRiver()
     QFETCH(int, samples);
     QFETCH(int, sample);
     QFETCH(float, level);
-    const sonarResult_t result = readEchogram(QString(RIVER).arg(kilohertz));
+    const sonarResult_t result = readEchogram(echogramPicture(kilohertz));
     QCOMPARE(result.error, QString());
     QCOMPARE(result.record.pings.size(), std::size_t(kilohertz == 200 ? 1727 : 1726));
     QCOMPARE(result.record.damaged, 0);

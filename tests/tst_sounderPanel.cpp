@@ -1,8 +1,10 @@
+#include "gestures.h"
 #include "indicator.h"
 #include "pictures.h"
 #include "sounder.h"
 #include "sounderPanel.h"
 #include "testCase.h"
+#include "testWindow.h"
 #include "theme.h"
 
 #include <QCheckBox>
@@ -14,26 +16,21 @@
 #include <QSignalSpy>
 #include <QSlider>
 #include <QSpinBox>
-#include <QWheelEvent>
 
 using namespace survey_console;
 using zorbin_qt_gui::indicator_t;
 
 namespace {
 
-struct panel_t
+struct panel_t : testWindow_t
 {
     sounderPanel_t panel;
 
     panel_t()
     {
+        setWindow(&panel);
         panel.resize(260, 300);
         panel.show();
-    }
-    template <typename widget_t>
-    widget_t* find(const char* name)
-    {
-        return panel.findChild<widget_t*>(name);
     }
     QColor lamp(const char* name)
     {
@@ -178,8 +175,10 @@ void tst_sounderPanel::discardsWhatWasRefused()
     QCOMPARE(panel.find<QSlider>("power")->value(), 60);
     QCOMPARE(panel.lamp("powerLamp"), theme::running());
     QCOMPARE(panel.state(), QStringLiteral("as set"));
-    QTest::qWait(sounder_t::ANSWER_DELAY + 100); // time for answers that must not come
-    QCOMPARE(reported.count(), 1);
+    // Answers come in the order of the requests: the next one would be that to a request for power.
+    panel.find<QSpinBox>("range")->setValue(100);
+    QTRY_COMPARE(reported.count(), 2);
+    QCOMPARE(reported[1][0].toInt(), int(sounder_t::SETTING_RANGE));
 }
 
 void tst_sounderPanel::followsTheDrift()
@@ -210,14 +209,13 @@ void tst_sounderPanel::driftLeavesAnEditAlone()
 void tst_sounderPanel::staysAmberUntilTheLastAnswer()
 {
     panel_t panel;
-    QSignalSpy reported(panel.panel.sounder(), &sounder_t::reported);
+    QList<QColor> lamps; // after each answer
+    connect(panel.panel.sounder(), &sounder_t::reported, this,
+            [&] { lamps += panel.lamp("rangeLamp"); });
     panel.find<QSpinBox>("range")->setValue(100);
-    QTest::qWait(sounder_t::ANSWER_DELAY / 2);
     panel.find<QSpinBox>("range")->setValue(110);
-    QTRY_COMPARE(reported.count(), 1);
-    QCOMPARE(panel.lamp("rangeLamp"), theme::paused());
-    QTRY_COMPARE(reported.count(), 2);
-    QCOMPARE(panel.lamp("rangeLamp"), theme::running());
+    QTRY_COMPARE(lamps.size(), 2);
+    QCOMPARE(lamps, QList<QColor>({theme::paused(), theme::running()}));
 }
 
 void tst_sounderPanel::keepsAnEditThatGoesBack()
@@ -243,10 +241,8 @@ void tst_sounderPanel::wheelChangesNothingInPassing()
     panel_t panel;
     for (const char* name : {"pulse", "gain", "range", "power"}) {
         auto* widget = panel.find<QWidget>(name);
-        QWheelEvent turn(QPointF(5.0, 5.0), QPointF(5.0, 5.0), QPoint(), QPoint(0, -120),
-                         Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
         widget->clearFocus();
-        QCoreApplication::sendEvent(widget, &turn);
+        turnWheel(widget, QPoint(5, 5), false);
     }
     QVERIFY(panel.panel.binder().allSpFbMatch());
 }

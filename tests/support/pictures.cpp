@@ -2,6 +2,7 @@
 
 #include "testCase.h"
 
+#include <QColor>
 #include <QCoreApplication>
 #include <QDir>
 #include <QGuiApplication>
@@ -117,4 +118,14 @@ QString firstDifference(const QImage& actual, const QImage& wanted)
         }
     }
     return QString();
+}
+
+int countOf(const QColor& color, const QImage& picture)
+{
+    int count = 0;
+    for (int y = 0; y < picture.height(); ++y) {
+        for (int x = 0; x < picture.width(); ++x)
+            count += picture.pixel(x, y) == color.rgb() ? 1 : 0;
+    }
+    return count;
 }

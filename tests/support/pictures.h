@@ -2,6 +2,7 @@
 #include <QImage>
 #include <QString>
 
+class QColor;
 class QWidget;
 
 /// What \p widget paints when asked for all of itself, shown or not. Format_RGB32.
@@ -22,3 +23,6 @@ QImage blank(const QWidget& widget);
 /// Names the first pixel, row by row, in which the pictures differ, and saves both beside the
 /// test program's working directory; an empty string when they are equal.
 QString firstDifference(const QImage& actual, const QImage& wanted);
+
+/// How many pixels of \p picture have the opaque \p color.
+int countOf(const QColor& color, const QImage& picture);
