@@ -1,4 +1,5 @@
 #pragma once
+#include <QCheckBox>
 #include <QDropEvent>
 #include <QMouseEvent>
 #include <QSize>
@@ -34,6 +35,13 @@ inline QPoint pointerPos(const QDropEvent* event)
     return event->pos();
 #endif
 }
+
+/// The signal of a check box whose state has changed.
+#if QT_VERSION >= QT_VERSION_CHECK(6, 7, 0)
+constexpr auto checkStateChanged = &QCheckBox::checkStateChanged;
+#else
+constexpr auto checkStateChanged = &QCheckBox::stateChanged;
+#endif
 
 /// Checks a text against a pattern, which is to be set by setPattern().
 #if QT_VERSION >= QT_VERSION_CHECK(6, 0, 0)

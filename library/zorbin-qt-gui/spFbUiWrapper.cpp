@@ -1,6 +1,7 @@
 #include "spFbUiWrapper.h"
 
 #include "indicator.h"
+#include "qtCompat_p.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -211,7 +212,7 @@ void spFbUiWrapper_t::addWrapper(const QVariant& setpoint, const QVariant& feedb
     };
     using binder_t = spFbUiWrapper_t;
     if (const auto* const checkBox = qobject_cast<QCheckBox*>(widget))
-        announce(checkBox, &QCheckBox::stateChanged, &binder_t::handleCheckBoxChanged);
+        announce(checkBox, checkStateChanged, &binder_t::handleCheckBoxChanged);
     else if (const auto* const comboBox = qobject_cast<QComboBox*>(widget))
         announce(comboBox, qOverload<int>(&QComboBox::currentIndexChanged),
                  &binder_t::handleComboBoxChanged);
