@@ -201,6 +201,8 @@ private Q_SLOTS:
     void paintsDuringAnEndlessResize();
     void paintsDuringAFloodOfNotifications_data();
     void paintsDuringAFloodOfNotifications();
+    void paintsBeforeTheNextChange_data();
+    void paintsBeforeTheNextChange();
 
     void slidesANotificationIn();
     void jumpsToTheEndOfTheSlide_data();
@@ -820,6 +822,32 @@ void tst_notifierWidget::paintsDuringAFloodOfNotifications()
     QTRY_VERIFY(notification != nullptr);
     const paintCounter_t paints(field);
     QTRY_VERIFY(paints.count() >= 3);
+}
+
+void tst_notifierWidget::paintsBeforeTheNextChange_data()
+{
+    QTest::addColumn<bool>("isWindow");
+    addRows(QStringLiteral("settled"));
+}
+
+// A change that comes right after the strip has settled suspends repaints again, so that a request
+// would come too late.
+void tst_notifierWidget::paintsBeforeTheNextChange()
+{
+    QFETCH(bool, isWindow);
+    const board_t board(isWindow);
+    auto* const field = new field_t;
+    board.notifier->setMainWidget(field);
+    QVERIFY(QTest::qWaitForWindowExposed(board.window.get(), patienceMs()));
+    QTRY_COMPARE(board.color(), QColor(Qt::red));
+    board.notifier->showNotification(ofHeight(20));
+    QCoreApplication::processEvents();
+    const paintCounter_t paints(field);
+    field->setColor(Qt::blue);
+    QVERIFY(QMetaObject::invokeMethod(board.notifier, "updateNotificationArea"));
+    board.notifier->showNotification(ofHeight(20));
+    QVERIFY(!board.notifier->updatesEnabled());
+    QVERIFY(paints.count() > 0);
 }
 
 void tst_notifierWidget::slidesANotificationIn()

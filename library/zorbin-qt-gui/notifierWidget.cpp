@@ -229,9 +229,11 @@ void notifierWidget_t::updateNotificationArea()
         m_d->animation.start();
     setUpdatesEnabled(true);
     // Qt drops the update request of a window whose updates are disabled, takes it for pending all
-    // the same and posts no other one.
-    if (isWindow())
-        QCoreApplication::postEvent(this, new QEvent(QEvent::UpdateRequest), Qt::LowEventPriority);
+    // the same and posts no other one. Sent, not posted: the next change might come first and
+    // suspend repaints again.
+    QEvent request(QEvent::UpdateRequest);
+    if (updatesEnabled())
+        QCoreApplication::sendEvent(window(), &request);
 }
 
 void notifierWidget_t::animationFinished()
