@@ -76,6 +76,8 @@ private Q_SLOTS:
     void keepsValuesBeyondTheWidgetsRange();
     void showsNoEntryForAnIndexThatThereIsNot();
     void selectsNoEntryOfAnEmptiedComboBoxOnce();
+    void replacesATypedTextByTheEntry_data();
+    void replacesATypedTextByTheEntry();
     void movesALineEditsCursorToTheEnd();
 
     void matchesByEquality_data();
@@ -310,6 +312,34 @@ void tst_spFbUiWrapperItem::selectsNoEntryOfAnEmptiedComboBoxOnce()
     box.addItems({QStringLiteral("c"), QStringLiteral("d")});
     item.setSetpointAndWidgetValue(1);
     QCOMPARE(box.currentText(), QStringLiteral("d"));
+}
+
+void tst_spFbUiWrapperItem::replacesATypedTextByTheEntry_data()
+{
+    QTest::addColumn<int>("index");
+    QTest::addColumn<QString>("text");
+    QTest::newRow("an entry") << 1 << QStringLiteral("b");
+    QTest::newRow("none") << -1 << QString();
+}
+
+// The text alone changes: the entry is the same.
+void tst_spFbUiWrapperItem::replacesATypedTextByTheEntry()
+{
+    QFETCH(int, index);
+    QFETCH(QString, text);
+    lamp_t lamp;
+    QComboBox box;
+    box.setEditable(true);
+    box.addItems({QStringLiteral("a"), QStringLiteral("b")});
+    box.setCurrentIndex(index);
+    item_t item(0, index, &lamp, &box);
+    box.setEditText(QStringLiteral("typed"));
+    item.setSetpointAndWidgetValue(index);
+    QCOMPARE(box.currentText(), text);
+    box.setEditText(QStringLiteral("typed again"));
+    item.reset();
+    QCOMPARE(box.currentText(), text);
+    QCOMPARE(box.currentIndex(), index);
 }
 
 void tst_spFbUiWrapperItem::movesALineEditsCursorToTheEnd()

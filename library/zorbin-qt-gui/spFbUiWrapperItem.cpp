@@ -23,13 +23,16 @@ const QColor DEFAULT_MISMATCH_COLOR = Qt::red;
 const QColor DEFAULT_IN_FLIGHT_COLOR = Qt::yellow;
 
 // A box that has lost its entries tells of a change again each time that "none" is selected (Qt 6),
-// so a slot that writes back what it is told would be called without end.
+// so a slot that writes back what it is told would be called without end. A text typed into an
+// editable box gives way to its entry.
 void selectEntry(QComboBox* box, int index)
 {
     const int shown =
         box->model()->index(index, box->modelColumn(), box->rootModelIndex()).row(); // -1: none
     if (shown != box->currentIndex())
         box->setCurrentIndex(shown);
+    else if (box->currentText() != box->itemText(shown))
+        box->setEditText(box->itemText(shown));
 }
 
 } // namespace
