@@ -296,6 +296,7 @@ private Q_SLOTS:
     void ignoresChoicesThatAreNoNotation_data();
     void ignoresChoicesThatAreNoNotation();
     void keepsTheNotationWithoutAChoice();
+    void announcesOnceBetweenSelectorsWithoutItems();
     void ignoresWhatIsNoNotation();
 
     void connectsByNames();
@@ -1756,6 +1757,23 @@ void tst_latLonEditor::keepsTheNotationWithoutAChoice()
     editor.setCoordinateFormat(CF_DMS); // there is nothing left to show it by
     QCOMPARE(editor.selectedFormat(), CF_DMS);
     QCOMPARE(shownText(editor), QStringLiteral("00° 00' 00.0000\"N"));
+}
+
+// Neither of two selectors that follow each other can show what the other one announces.
+void tst_latLonEditor::announcesOnceBetweenSelectorsWithoutItems()
+{
+    latitudeEditor_t editor;
+    coordFormatSelector_t selector;
+    editor.connectFormatSelector(&selector, true);
+    comboBox(*ownSelector(editor))->clear();
+    comboBox(selector)->clear();
+    QSignalSpy choices(&selector, &coordFormatSelector_t::selectionChanged);
+    selector.changeSelection(CF_DMS);
+    QCOMPARE(formats(choices), QList<int>{CF_DMS});
+    QCOMPARE(editor.selectedFormat(), CF_DMS);
+    editor.setCoordinateFormat(CF_DM);
+    QCOMPARE(formats(choices), (QList<int>{CF_DMS, CF_DM}));
+    QCOMPARE(editor.selectedFormat(), CF_DM);
 }
 
 void tst_latLonEditor::ignoresWhatIsNoNotation()

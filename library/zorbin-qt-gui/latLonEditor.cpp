@@ -608,10 +608,14 @@ void coordFormatSelector_t::changeSelection(latLonEditor_t::coordFormat_t format
 {
     if (format_ == m_d->comboBox->currentIndex() || !isNotation(format_))
         return;
-    const QPointer<coordFormatSelector_t> self(this);
+    // A box that has lost its items shows nothing that it is told: without this, two such selectors
+    // that follow each other would go on for ever.
+    if (m_d->announcements > 0 && format_ >= m_d->comboBox->count())
+        return;
+    const announcement_t announcement(this, m_d->announcements);
     m_d->comboBox->setCurrentIndex(format_);
     // Deliberate: announced a second time, after the combo box has done so.
-    if (!self.isNull())
+    if (announcement.isSenderThere())
         Q_EMIT selectionChanged(format_);
 }
 
