@@ -274,6 +274,7 @@ private Q_SLOTS:
     void laysTicksAtMultiples();
     void laysEveryTickUpToAMillion();
     void laysTicksAtZeroUntilItIsShown();
+    void fitsAllLabelsUntilItIsShown();
     void laysNoTicks_data();
     void laysNoTicks();
     void letsLabelsTouch();
@@ -2229,6 +2230,19 @@ void tst_ruler::looksLikeThePlainRuler()
     }
     QVERIFY(narrowMajors > 5);
     QVERIFY(denseMinors > 5);
+}
+
+// Labels are tried where calculateFit() lays them.
+void tst_ruler::fitsAllLabelsUntilItIsShown()
+{
+    testRuler_t ruler(nullptr);
+    ruler.labels = labels_t::SAME;
+    ruler.same = "0000000000";
+    ruler.resize(500, 60);
+    ruler.range(0.0, 500.0);
+    QVERIFY(ruler.labelFit(5.0));
+    snapshot(ruler);
+    QVERIFY(!ruler.labelFit(5.0));
 }
 
 ZORBIN_TEST_MAIN(tst_ruler, QApplication)

@@ -760,6 +760,9 @@ void ruler_t::calculateFit(double interval, fit_t& fit)
 
 bool ruler_t::labelFit(double interval)
 {
+    // Where calculateFit() lays all ticks at the start, every label reaches beyond it.
+    if (!m_d->wasResized)
+        return true;
     unsigned labelsTried = 0;
     return m_d->labelFit(*this, interval, labelsTried);
 }

@@ -150,7 +150,8 @@ public:
     /// interval of 0 and where the interval or the range isn't finite.
     void calculateFit(double interval, fit_t& fit);
     /// Whether labels at the multiples of \p interval, a value, can be drawn without overlap. Also
-    /// true where calculateFit() lays no ticks.
+    /// true where calculateFit() lays no ticks, and on a ruler that was never shown: a label that
+    /// reaches beyond the start of the axis never overlaps.
     bool labelFit(double interval);
 
     /// Room for ticks across the axis; grows to the labels' when they are painted.
