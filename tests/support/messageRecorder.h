@@ -30,5 +30,5 @@ private:
 QString messageKind(QtMsgType type);
 
 /// Whether a test's surroundings make Qt say this, whatever the test does: an X server without a
-/// window manager, a platform without OpenGL, the offscreen platform.
+/// window manager, a platform without OpenGL, the offscreen platform, fonts that lack a script.
 bool isOfTheSurroundings(const QString& text);
