@@ -5,6 +5,7 @@
 #include <QFileInfo>
 #include <QGeoPositionInfo>
 #include <QNmeaPositionInfoSource>
+#include <QTimeZone>
 #include <cmath>
 #include <limits>
 #include <optional>
@@ -251,7 +252,8 @@ bool recordingReader_t::stamp(const QByteArray& text)
         return false;
     if (m_timed && !m_stamped)
         return true; // the times of the sentences came first and stay the only ones
-    const QDateTime utc(whole.date(), whole.time(), Qt::UTC);
+    static const QTimeZone zone = QTimeZone::utc();
+    const QDateTime utc(whole.date(), whole.time(), zone);
     const double time = static_cast<double>(utc.toSecsSinceEpoch()) + fraction;
     if (m_timed && !(time >= m_time && time <= m_time + DAY))
         return false;
