@@ -1,6 +1,7 @@
 #include "texts.h"
 
 #include <QDateTime>
+#include <QTimeZone>
 #include <cmath>
 
 namespace survey_console {
@@ -16,8 +17,9 @@ bool isShowable(double time)
 
 QDateTime utc(double time)
 {
+    static const QTimeZone zone = QTimeZone::utc();
     return QDateTime::fromMSecsSinceEpoch(static_cast<qint64>(std::floor(time * 1000.0 + 1e-3)),
-                                          Qt::UTC);
+                                          zone);
 }
 
 double rounded(double value, int decimals)
