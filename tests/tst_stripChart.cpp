@@ -1,5 +1,6 @@
 #include "childProcess.h"
 #include "curveIndex_p.h"
+#include "deleter.h"
 #include "glStripChartImpl.h"
 #include "messageRecorder.h"
 #include "paintLog.h"
@@ -84,21 +85,6 @@ stripChartImpl_t& implOf(stripChart_t& chart)
 }
 
 } // namespace
-
-/// Deletes what it is given, from a slot.
-class deleter_t : public QObject
-{
-    Q_OBJECT
-
-public:
-    explicit deleter_t(QObject* object) : m_object(object) {}
-
-public Q_SLOTS:
-    void deleteIt() { delete m_object; }
-
-private:
-    const QPointer<QObject> m_object;
-};
 
 class tst_stripChart : public testCase_t
 {
