@@ -76,6 +76,7 @@ private Q_SLOTS:
     void ignoresChoicesThatAreNoNotation_data();
     void ignoresChoicesThatAreNoNotation();
     void keepsTheNotationWithoutAChoice();
+    void announcesOnceBetweenSelectorsWithoutItems();
     void ignoresWhatIsNoNotation();
 };
 
@@ -572,6 +573,23 @@ void tst_latLonEditorPartners::keepsTheNotationWithoutAChoice()
     editor.setCoordinateFormat(CF_DMS); // there is nothing left to show it by
     QCOMPARE(editor.selectedFormat(), CF_DMS);
     QCOMPARE(shownText(editor), QStringLiteral("00° 00' 00.0000\"N"));
+}
+
+// Neither of two selectors that follow each other can show what the other one announces.
+void tst_latLonEditorPartners::announcesOnceBetweenSelectorsWithoutItems()
+{
+    latitudeEditor_t editor;
+    coordFormatSelector_t selector;
+    editor.connectFormatSelector(&selector, true);
+    comboBox(*ownSelector(editor))->clear();
+    comboBox(selector)->clear();
+    QSignalSpy choices(&selector, &coordFormatSelector_t::selectionChanged);
+    selector.changeSelection(CF_DMS);
+    QCOMPARE(formats(choices), QList<int>{CF_DMS});
+    QCOMPARE(editor.selectedFormat(), CF_DMS);
+    editor.setCoordinateFormat(CF_DM);
+    QCOMPARE(formats(choices), (QList<int>{CF_DMS, CF_DM}));
+    QCOMPARE(editor.selectedFormat(), CF_DM);
 }
 
 void tst_latLonEditorPartners::ignoresWhatIsNoNotation()

@@ -26,6 +26,7 @@ private Q_SLOTS:
     void laysTicksAtMultiples();
     void laysEveryTickUpToAMillion();
     void laysTicksAtZeroUntilItIsShown();
+    void fitsAllLabelsUntilItIsShown();
     void laysNoTicks_data();
     void laysNoTicks();
     void letsLabelsTouch();
@@ -140,6 +141,19 @@ void tst_rulerTicks::laysTicksAtZeroUntilItIsShown()
     QCOMPARE(ticks(), QStringList({"0:0", "0:5", "0:10"}));
     snapshot(ruler);
     QCOMPARE(ticks(), QStringList({"0:0", "25:5", "50:10"}));
+}
+
+// Labels are tried where calculateFit() lays them.
+void tst_rulerTicks::fitsAllLabelsUntilItIsShown()
+{
+    testRuler_t ruler(nullptr);
+    ruler.labels = labels_t::SAME;
+    ruler.same = "0000000000";
+    ruler.resize(500, 60);
+    ruler.range(0.0, 500.0);
+    QVERIFY(ruler.labelFit(5.0));
+    snapshot(ruler);
+    QVERIFY(!ruler.labelFit(5.0));
 }
 
 void tst_rulerTicks::laysNoTicks_data()

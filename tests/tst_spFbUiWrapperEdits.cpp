@@ -170,6 +170,11 @@ void tst_spFbUiWrapperEdits::takesTheLossOfAComboBoxsSelection_data()
         box.setEditable(true);
         box.clear();
     });
+    row("is emptied with a mask, which leaves a text", [](QComboBox& box) {
+        box.setEditable(true);
+        box.lineEdit()->setInputMask(QStringLiteral("99-99"));
+        box.clear();
+    });
     row("loses its rows", [](QComboBox& box) { box.model()->removeRows(0, box.count()); });
 }
 
