@@ -35,6 +35,11 @@ static QByteArray hostile(const QString& what)
         return "<!DOCTYPE palette [<!ENTITY e \"" + value + "\">]>" +
                documentOf(emptyTables + content);
     };
+    const auto withDefaults = [](int count, const QByteArray& content) {
+        return "<!DOCTYPE palette [<!ATTLIST a" +
+               attributes(count).replace("=\"\"", " CDATA \"x\"") + ">]>" +
+               documentOf(emptyTables + content);
+    };
     const QByteArray entry = "<color r=\"1\" g=\"2\" b=\"3\"/>";
     if (what == QLatin1String("elements"))
         return filledWith("<a/>");
@@ -80,6 +85,10 @@ static QByteArray hostile(const QString& what)
     if (what == QLatin1String("attributes with defaults"))
         return "<!DOCTYPE palette [<!ATTLIST a" + attributes(1000).replace('=', " CDATA ") + ">]>" +
                filledWith("<a/>");
+    if (what == QLatin1String("1000 defaults in each of 800000 elements"))
+        return withDefaults(1000, QByteArray("<a/>").repeated(800000));
+    if (what == QLatin1String("10 defaults in each of 800000 elements"))
+        return withDefaults(10, QByteArray("<a/>").repeated(800000));
     if (what == QLatin1String("entity in an entity in an entity")) {
         QByteArray entities = "<!ENTITY e0 \"lol\">";
         for (int i = 1; i < 10; ++i)
@@ -365,6 +374,8 @@ void tst_xmlPaletteHandlerFaults::refusesTooMuch_data()
                   : QString("more than 5000 levels of parentheses in a document type"));
     QTest::newRow("5000 attributes of each element") << (isQt6 ? attributes : none);
     QTest::newRow("attributes with defaults") << (isQt6 ? declarations : none);
+    QTest::newRow("1000 defaults in each of 800000 elements") << (isQt6 ? declarations : none);
+    QTest::newRow("10 defaults in each of 800000 elements") << none;
     QTest::newRow("entity in an entity in an entity") << QString("on line 1, column");
     QTest::newRow("entity in an entity, 20 million times") << expansion;
     QTest::newRow("entity of 4000 characters, 20 million times") << expansion;

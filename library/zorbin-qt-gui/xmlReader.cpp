@@ -211,11 +211,14 @@ std::optional<xmlFault_t> excessOf(const markup_t& markup)
 {
     constexpr qint64 shortestDeclaration = 10; // of an attribute: " a CDATA''"
     constexpr double maxDefaults = 2e9;        // looked for, in about a second
+    constexpr double addition = 40.0;          // takes so many times as long as looking for one
     if (markup.comparisons > maxComparisons)
         return attributeExcess();
-    // The parser looks for the default of each declared attribute in each element.
-    const double defaults = static_cast<double>(markup.declarations / shortestDeclaration) *
-                            static_cast<double>(markup.elements + markup.attributes);
+    // The parser looks for each declared attribute among those of each element, and adds its
+    // default if it isn't there.
+    const double defaults =
+        static_cast<double>(markup.declarations / shortestDeclaration) *
+        (addition * static_cast<double>(markup.elements) + static_cast<double>(markup.attributes));
     if (markup.declarations > maxDeclarations || defaults > maxDefaults)
         return declarationExcess();
     return commonExcessOf(markup);
