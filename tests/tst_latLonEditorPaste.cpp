@@ -6,6 +6,7 @@
 #include <QLineEdit>
 #include <QPointer>
 #include <QSignalSpy>
+#include <QTimer>
 
 using namespace lat_lon_tests;
 using namespace zorbin_qt_gui;

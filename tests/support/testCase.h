@@ -1,4 +1,6 @@
 #pragma once
+#include "patience.h"
+
 #include <QApplication>
 #include <QObject>
 #include <QTest>
@@ -24,14 +26,6 @@ private Q_SLOTS:
 private:
     QList<QWidget*> m_widgetsBefore; // top-level widgets; compared, never used
 };
-
-/// How long QTRY_VERIFY() and its like wait, in milliseconds: five seconds, times
-/// ZORBIN_TEST_PATIENCE.
-int patienceMs();
-
-/// ZORBIN_TEST_PATIENCE from the environment: by how much a loaded machine may be slower. 1 or
-/// more.
-int patience();
 
 /// Runs all functions of \p tests, or those that the arguments name, and returns the number of
 /// failures. Messages of warning level or above that come outside of functions count, too:
@@ -60,8 +54,3 @@ int testMain(int argc, char** argv)
     {                                                                                              \
         return testMain<application_t, tests_t>(argc, argv);                                       \
     }
-
-#undef QTRY_VERIFY
-#define QTRY_VERIFY(expression) QTRY_VERIFY_WITH_TIMEOUT(expression, patienceMs())
-#undef QTRY_COMPARE
-#define QTRY_COMPARE(actual, expected) QTRY_COMPARE_WITH_TIMEOUT(actual, expected, patienceMs())
