@@ -22,10 +22,19 @@ bool loadPlainly(const QString& fileName, palette_t* palette)
     if (!file.open(QIODevice::ReadOnly))
         return false;
     QDomDocument document;
+#if QT_VERSION >= QT_VERSION_CHECK(6, 8, 0)
+    const QDomDocument::ParseResult result = document.setContent(&file);
+    const bool isRead = bool(result);
+    const QString fault = result.errorMessage;
+    const auto line = static_cast<int>(result.errorLine);
+    const auto column = static_cast<int>(result.errorColumn);
+#else
     QString fault;
     int line = 0;
     int column = 0;
-    if (!document.setContent(&file, &fault, &line, &column)) {
+    const bool isRead = document.setContent(&file, &fault, &line, &column);
+#endif
+    if (!isRead) {
         qDebug("palette_t::load:  %s on line %d, column %d", qPrintable(fault), line, column);
         return false;
     }
